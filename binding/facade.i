@@ -1,0 +1,113 @@
+// The facade class as scripts see it, with the agent text and the wide
+// string arguments of its constructor.
+
+%{
+#include "facade/agent_registry.h"
+#include "facade/clipgrade.h"
+
+// An agent's text: at least one character after the marker.
+static bool pcg_IsAgentText(PyObject* o) {
+    Py_ssize_t length = 0;
+    const char* text = pcg_TextAsUtf8(o, &length);
+    if (text == nullptr) {
+        PyErr_Clear();
+        return false;
+    }
+    return length > kAgentTextMarkerLength &&
+           std::char_traits<char>::compare(text, kAgentTextMarker, kAgentTextMarkerLength) == 0;
+}
+
+// The number after the marker, in the base its own prefix tells. Null for a
+// null agent; an error is set when the number is not one, or names no agent
+// that a live facade holds (a stale or made-up number would be called
+// through as an agent).
+static IVXHvnDspAgent* pcg_AgentFromText(PyObject* o, bool* failed) {
+    *failed = true;
+    Py_ssize_t length = 0;
+    const char* text = pcg_TextAsUtf8(o, &length);
+    if (text == nullptr) return nullptr;
+    PyObject* number = PyLong_FromString(const_cast<char*>(text + kAgentTextMarkerLength), nullptr, 0);
+    if (number == nullptr) return nullptr;
+    void* pointer = PyLong_AsVoidPtr(number);
+    Py_DECREF(number);
+    if (pointer == nullptr && PyErr_Occurred()) return nullptr;
+    IVXHvnDspAgent* agent = static_cast<IVXHvnDspAgent*>(pointer);
+    if (agent != nullptr && !pcg::facade::IsHeldAgent(agent)) {
+        PyErr_SetString(PyExc_ValueError, "in method 'new_PyClipGrade', argument 1 of type 'IVXHvnDspAgent *'");
+        return nullptr;
+    }
+    *failed = false;
+    return agent;
+}
+%}
+
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) IVXHvnDspAgent * {
+    $1 = pcg_IsAgentText($input) ? 1 : 0;
+}
+%typemap(in) IVXHvnDspAgent * (bool pcgFailed) {
+    $1 = pcg_AgentFromText($input, &pcgFailed);
+    if (pcgFailed) SWIG_fail;
+}
+
+// Wide strings: the dispatcher lets any text or wrapped wide pointer
+// through, but only a Unicode object is taken in the end. The constructor
+// copies what it keeps.
+%typemap(typecheck, precedence=SWIG_TYPECHECK_UNISTRING) WCHAR * {
+    void* pcgPointer = 0;
+    $1 = (pcg_IsNarrowOrUnicodeText($input) ||
+          SWIG_IsOK(SWIG_ConvertPtr($input, &pcgPointer, $descriptor(wchar_t *), 0))) ? 1 : 0;
+}
+%typemap(in) WCHAR * (wchar_t* pcgWide = 0) {
+    pcgWide = pcg_UnicodeAsWide($input);
+    if (pcgWide == 0) {
+        PyErr_SetString(PyExc_TypeError, "Unicode string expected");
+        SWIG_fail;
+    }
+    $1 = pcgWide;
+}
+%typemap(freearg) WCHAR * {
+    pcg_FreeWide(pcgWide$argnum);
+}
+
+class IVXHvnDspAgent;
+// Objects of the host's database layer, handed through as opaque pointers.
+class CDBAccessThreadMgr;
+class IVXTinyDB;
+
+class PyClipGrade {
+public:
+    // Six overloads, each the next with its last argument left off; spelled
+    // out so that the script sees exactly these and no keyword defaults.
+    PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL startCallbackThread,
+                WCHAR* imageRetouchDllPath, WCHAR* logRootKey);
+    PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL startCallbackThread,
+                WCHAR* imageRetouchDllPath);
+    PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL startCallbackThread);
+    PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent);
+    PyClipGrade(IVXHvnDspAgent* agent);
+    PyClipGrade();
+    virtual ~PyClipGrade();
+
+    PyObject* GetDspAgentPtr();
+    HRESULT PushTask(UINT videoID, long taskID, PyObject* effect, bool useBufferAgent);
+    HRESULT ClearTask(UINT videoID, bool useBufferAgent);
+
+    HRESULT AddVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
+    HRESULT UpdateVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
+    HRESULT RemoveVideo(UINT videoID);
+    HRESULT RemoveAllVideo();
+    bool SetDBMgr(CDBAccessThreadMgr* threadMgr, IVXTinyDB* pIVXTinyDB);
+
+    // With the bool and without it (false); spelled out as two overloads.
+    void LockEffectDataWriter(bool useBufferAgent);
+    void LockEffectDataWriter();
+    void UnlockEffectDataWriter(bool useBufferAgent);
+    void UnlockEffectDataWriter();
+    void DumpTask(bool useBufferAgent);
+    void DumpTask();
+
+    bool SetFrameRate(double framesPerSecond);
+    void SetDspVideoID(UINT videoID);
+    UINT GetDspVideoID();
+    void SetOverUnderExposureImage(bool enable);
+};

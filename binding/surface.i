@@ -1,0 +1,64 @@
+// Surface-wide rules shared by every entry: the overload failure that
+// scripts expect, the type words of the declarations, and the conversions
+// that differ from the generator's own.
+
+%header %{
+#include <string>
+
+// When no overload fits, scripts expect NotImplementedError and the text
+// "Wrong number of arguments for overloaded function 'NAME'." followed by the
+// prototypes without their class qualifier.
+static void pcg_RaiseOverloadError(const char* message) {
+    std::string text(message);
+    const std::string generated = "Wrong number or type of arguments";
+    if (text.compare(0, generated.size(), generated) == 0)
+        text.replace(0, generated.size(), "Wrong number of arguments");
+    std::string out;
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size() - 1;
+        std::string line = text.substr(start, end - start + 1);
+        const std::size_t paren = line.find('(');
+        const std::size_t scope = line.rfind("::", paren);
+        if (line.compare(0, 4, "    ") == 0 && paren != std::string::npos && scope != std::string::npos)
+            line = "    " + line.substr(scope + 2);
+        out += line;
+        start = end + 1;
+    }
+    PyErr_SetString(PyExc_NotImplementedError, out.c_str());
+}
+#define SWIG_Python_RaiseOrModifyTypeError pcg_RaiseOverloadError
+
+// A script's bool: True, False or an integer, non-zero being true. -1 for
+// anything else.
+static int pcg_AsScriptBool(PyObject* o) {
+    if (PyBool_Check(o) || pcg_IsScriptInteger(o))
+        return PyObject_IsTrue(o);
+    return -1;
+}
+%}
+
+// Type words as the surface declares them; widths as on 64-bit Windows.
+typedef int BOOL;
+typedef unsigned int UINT;
+typedef int INT;
+typedef unsigned int UINT32;
+typedef long long LONGLONG;
+typedef wchar_t WCHAR;
+typedef int HRESULT;
+
+// "long" is 32 bits wide on the host: a value that does not fit fails as a
+// wrong type would.
+%apply int { long };
+
+%typemap(in) bool (int pcgTruth) {
+    pcgTruth = pcg_AsScriptBool($input);
+    if (pcgTruth < 0) {
+        %argument_fail(SWIG_TypeError, "$type", $symname, $argnum);
+    }
+    $1 = pcgTruth != 0;
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_BOOL) bool {
+    $1 = pcg_AsScriptBool($input) >= 0 ? 1 : 0;
+}

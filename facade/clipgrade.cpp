@@ -1,0 +1,107 @@
+#include "facade/clipgrade.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "facade/agent_registry.h"
+#include "runtime/dump_log.h"
+
+namespace {
+
+// Relative to the host's folder, in the order they are loaded: the OpenMP
+// runtime must be in the process before the agent's library.
+const wchar_t kDspAgentRelativePath[] = L"KESdlls\\VXHvnDspAgent.dll";
+const wchar_t kIompRelativePath[] = L"Kernel\\ImageRetouch\\libiomp5md.dll";
+
+}  // namespace
+
+PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL startCallbackThread,
+                         WCHAR* imageRetouchDllPath, WCHAR* logRootKey)
+    : m_dspAgent(nullptr), m_dspBufAgent(nullptr), m_hDspAgentDll(nullptr), m_hIompDll(nullptr) {
+    DumpConfigure("PyClipGrade", nullptr, nullptr, logRootKey);
+    DumpLog("PyClipGrade::PyClipGrade() enter\n");
+
+    const bool agentPassed = agent != nullptr;
+    if (agentPassed) {
+        // The only reference taken on a passed agent; it stays the caller's too.
+        m_dspAgent = agent;
+        m_dspAgent->AddRef();
+        pcg::facade::RegisterHeldAgent(m_dspAgent);
+        DumpLog("[PyClipGrade constructor] Get VXHvnDspAgent addr=0x%X",
+                static_cast<unsigned int>(reinterpret_cast<uintptr_t>(agent)));
+    }
+    m_fnBringUpAgents(agentPassed, createBufferAgent);
+
+    DumpLog("PyClipGrade::PyClipGrade() end\n");
+}
+
+void PyClipGrade::m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent) {
+    if (agentPassed && !createBufferAgent) {
+        // A second handle on an existing engine loads nothing.
+        return;
+    }
+    const std::wstring hostDirectory = pcg::platform::HostDirectory();
+    const std::wstring agentPath = pcg::platform::JoinHostPath(hostDirectory, kDspAgentRelativePath);
+    const std::wstring iompPath = pcg::platform::JoinHostPath(hostDirectory, kIompRelativePath);
+    DumpLogW(L"PyClipGrade::PyClipGrade path of DspAgent=%ls, libiomp5md=%ls", agentPath.c_str(), iompPath.c_str());
+
+    // Neither load is tested: a missing library leaves its handle null.
+    m_hIompDll = pcg::platform::LoadModule(iompPath.c_str());
+    m_hDspAgentDll = pcg::platform::LoadModule(agentPath.c_str());
+
+    auto createAgent = reinterpret_cast<CreateHvnDspAgentFn>(
+        pcg::platform::FindSymbol(m_hDspAgentDll, kCreateHvnDspAgentName));
+    if (createAgent == nullptr) {
+        return;
+    }
+    if (!agentPassed) {
+        DumpLog("PyClipGrade::PyClipGrade PyClipGrade Initial DspMain");
+        m_dspAgent = createAgent("DspMain", 0, nullptr);
+        pcg::facade::RegisterHeldAgent(m_dspAgent);
+    }
+    if (createBufferAgent) {
+        DumpLog("PyClipGrade::PyClipGrade PyClipGrade Initial DspBuf");
+        m_dspBufAgent = createAgent("DspBuf", 0, nullptr);
+    }
+}
+
+PyClipGrade::~PyClipGrade() {
+    DumpLog("PyClipGrade::~PyClipGrade() enter\n");
+    m_fnReleaseAgents();
+    m_fnFreeAgentLibraries();
+    DumpLog("PyClipGrade::~PyClipGrade() end\n");
+}
+
+void PyClipGrade::m_fnReleaseAgents() {
+    if (m_dspAgent != nullptr) {
+        pcg::facade::UnregisterHeldAgent(m_dspAgent);
+        m_dspAgent->Release();
+        m_dspAgent = nullptr;
+    }
+    if (m_dspBufAgent != nullptr) {
+        m_dspBufAgent->Release();
+        m_dspBufAgent = nullptr;
+    }
+}
+
+void PyClipGrade::m_fnFreeAgentLibraries() {
+    // The runtime goes last because it came first. A handle is nulled only
+    // when its unload said yes.
+    if (pcg::platform::UnloadModule(m_hDspAgentDll) == 1) {
+        m_hDspAgentDll = nullptr;
+    }
+    if (pcg::platform::UnloadModule(m_hIompDll) == 1) {
+        m_hIompDll = nullptr;
+    }
+}
+
+PyObject* PyClipGrade::GetDspAgentPtr() {
+    // The pointer in hexadecimal behind "0x", so that the receiving constructor
+    // reads it back in base 0 whatever the C library's "%p" writes (glibc
+    // writes "(nil)" for null).
+    char text[64];
+    std::snprintf(text, sizeof(text), "%s0x%llx", kAgentTextMarker,
+                  static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(m_dspAgent)));
+    return PyString_FromString(text);
+}

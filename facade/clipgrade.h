@@ -1,0 +1,73 @@
+// PyClipGrade: the one class through which a script reaches the engines. It
+// brings up its render agents (or shares another facade's), turns effect
+// dictionaries into records for them, and lets go of everything in a fixed
+// order.
+#pragma once
+
+#include <cstdint>
+
+#include "binding/py_compat.h"
+#include "engine/engine_contract.h"
+#include "engine/records/record_types.h"
+#include "platform/platform.h"
+
+// Type words of the script surface beyond those of the records.
+using UINT = std::uint32_t;
+using WCHAR = wchar_t;
+using HRESULT = std::int32_t;
+
+class PyClipGrade {
+public:
+    // agent: an agent another facade made (its GetDspAgentPtr text on the
+    // script side), or null to make "DspMain" here. createBufferAgent: make
+    // "DspBuf" (and, later, ImageRetouch and the allocator) here.
+    PyClipGrade(IVXHvnDspAgent* agent = nullptr, BOOL createBufferAgent = 1, BOOL startCallbackThread = 1,
+                WCHAR* imageRetouchDllPath = nullptr, WCHAR* logRootKey = nullptr);
+    virtual ~PyClipGrade();
+
+    PyClipGrade(const PyClipGrade&) = delete;
+    PyClipGrade& operator=(const PyClipGrade&) = delete;
+
+    // "@_PtrWrapper_$=" and m_dspAgent in hexadecimal; no reference is taken here.
+    PyObject* GetDspAgentPtr();
+
+    HRESULT PushTask(UINT videoID, long taskID, PyObject* effect, bool useBufferAgent);
+    HRESULT ClearTask(UINT videoID, bool useBufferAgent);
+
+    // Clips: mirrored to the buffer agent first, then the main agent, whose
+    // result is the operation's.
+    HRESULT AddVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
+    HRESULT UpdateVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
+    HRESULT RemoveVideo(UINT videoID);
+    HRESULT RemoveAllVideo();
+    bool SetDBMgr(CDBAccessThreadMgr* threadMgr, IVXTinyDB* pIVXTinyDB);
+
+    // Selected by the bool (true: the buffer agent); nothing happens without it.
+    void DumpTask(bool useBufferAgent = false);
+    void LockEffectDataWriter(bool useBufferAgent = false);
+    void UnlockEffectDataWriter(bool useBufferAgent = false);
+
+    // The main agent only.
+    bool SetFrameRate(double framesPerSecond);
+    void SetDspVideoID(UINT videoID);
+    UINT GetDspVideoID();
+    void SetOverUnderExposureImage(bool enable);
+
+    IVXHvnDspAgent* m_dspAgent;
+    IVXHvnDspAgent* m_dspBufAgent;
+    pcg::platform::ModuleHandle m_hDspAgentDll;
+    pcg::platform::ModuleHandle m_hIompDll;
+
+private:
+    void m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent);
+    IVXHvnDspAgent* m_fnSelectAgent(bool useBufferAgent) const { return useBufferAgent ? m_dspBufAgent : m_dspAgent; }
+    template <typename Call>
+    HRESULT m_fnMirror(const char* nullLine, Call call);
+    void m_fnReleaseAgents();
+    void m_fnFreeAgentLibraries();
+};
+
+// The marker that begins an agent's text, and the minimum length of a text
+// that can carry an agent after it.
+constexpr const char kAgentTextMarker[] = "@_PtrWrapper_$=";
+constexpr int kAgentTextMarkerLength = 15;

@@ -1,0 +1,107 @@
+"""Shared set-up of the Python tests: the built module from the host folder,
+a settings file of the tests' own, and the reference agent's journal."""
+
+import ctypes
+import json
+import os
+import sys
+import tempfile
+
+import pytest
+
+REPO = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+BUILD = os.environ.get("PYCLIPGRADE_BUILD", os.path.join(REPO, "build"))
+HOST = os.path.join(BUILD, "host")
+SUFFIX = ".dll" if sys.platform == "win32" else ".so"
+AGENT_LIBRARY = os.path.join(HOST, "KESdlls", "VXHvnDspAgent" + SUFFIX)
+PRODUCT_KEY = "SoftWare\\Verimont\\Huevane5"
+
+# The settings file is read afresh at every open, so tests may rewrite it at
+# any time. It must be in place before the first facade is made.
+_settings_dir = tempfile.mkdtemp(prefix="pyclipgrade-settings-")
+SETTINGS_FILE = os.path.join(_settings_dir, "registry.ini")
+os.environ["PYCLIPGRADE_REGISTRY"] = SETTINGS_FILE
+os.environ.pop("PYCLIPGRADE_HOST_DIR", None)
+
+sys.path.insert(0, HOST)
+
+
+def write_settings(values, key=PRODUCT_KEY):
+    """Writes one section of the settings file: {name: number}."""
+    with open(SETTINGS_FILE, "w") as f:
+        f.write("[%s]\n" % key)
+        for name, value in values.items():
+            f.write("%s=%d\n" % (name, value))
+
+
+write_settings({})
+
+
+class Journal:
+    """The reference agent's record of every call it received."""
+
+    def __init__(self, path):
+        self.lib = ctypes.CDLL(path)
+        self.lib.RefAgent_Journal.restype = ctypes.c_int32
+        self.lib.RefAgent_Journal.argtypes = [ctypes.c_char_p, ctypes.c_int32]
+        self.lib.RefAgent_Reset.restype = None
+        self.lib.RefAgent_Reset.argtypes = []
+        self.lib.RefAgent_SetResult.restype = None
+        self.lib.RefAgent_SetResult.argtypes = [ctypes.c_char_p, ctypes.c_char_p, ctypes.c_double]
+
+    def entries(self):
+        length = self.lib.RefAgent_Journal(None, 0)
+        buffer = ctypes.create_string_buffer(length + 1)
+        written = self.lib.RefAgent_Journal(buffer, length + 1)
+        assert written == length
+        return json.loads(buffer.value.decode("utf-8"))
+
+    def ops(self, op, agent=None):
+        return [e for e in self.entries()
+                if e["op"] == op and (agent is None or e.get("agent") == agent)]
+
+    def reset(self):
+        self.lib.RefAgent_Reset()
+
+    def set_result(self, agent, op, value):
+        self.lib.RefAgent_SetResult(agent.encode(), op.encode(), float(value))
+
+
+@pytest.fixture(scope="session")
+def module():
+    import _PyClipGrade
+    return _PyClipGrade
+
+
+@pytest.fixture(scope="session")
+def shadow():
+    import PyClipGrade
+    return PyClipGrade
+
+
+@pytest.fixture
+def journal():
+    j = Journal(AGENT_LIBRARY)
+    j.reset()
+    yield j
+    j.reset()
+
+
+@pytest.fixture
+def trace_on():
+    """Switches the trace on for facades made in the test; lines go to
+    standard error."""
+    write_settings({"DumpMsg": 1})
+    yield
+    write_settings({})
+
+
+def hresult(code):
+    """An HRESULT as the signed 32-bit integer scripts receive."""
+    return code - (1 << 32) if code & 0x80000000 else code
+
+
+S_OK = 0
+E_POINTER = hresult(0x80004003)
+E_FAIL = hresult(0x80004005)
+E_INVALIDARG = hresult(0x80070057)

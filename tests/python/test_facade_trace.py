@@ -1,0 +1,75 @@
+"""The facade's trace lines, as they reach standard error with the trace on."""
+
+from conftest import HOST, S_OK
+
+PREFIX = "[PyClipGrade] "
+
+
+def lines(text):
+    return [l for l in text.split("\n") if l]
+
+
+def test_construction_and_teardown_lines(trace_on, shadow, capfd):
+    facade = shadow.PyClipGrade()
+    del facade
+    out = lines(capfd.readouterr().err)
+    assert out[0] == PREFIX + "PyClipGrade::PyClipGrade() enter"
+    assert out[1] == (PREFIX + "PyClipGrade::PyClipGrade path of DspAgent=%s/KESdlls/VXHvnDspAgent.dll, "
+                      "libiomp5md=%s/Kernel/ImageRetouch/libiomp5md.dll" % (HOST, HOST))
+    assert out[2:] == [
+        PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspMain",
+        PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspBuf",
+        PREFIX + "PyClipGrade::PyClipGrade() end",
+        PREFIX + "PyClipGrade::~PyClipGrade() enter",
+        PREFIX + "PyClipGrade::~PyClipGrade() end",
+    ]
+
+
+def test_passed_agent_is_logged_and_no_library_loaded(trace_on, shadow, capfd):
+    first = shadow.PyClipGrade()
+    capfd.readouterr()
+    second = shadow.PyClipGrade(first.GetDspAgentPtr(), 0)
+    out = lines(capfd.readouterr().err)
+    assert out[0] == PREFIX + "PyClipGrade::PyClipGrade() enter"
+    assert out[1].startswith(PREFIX + "[PyClipGrade constructor] Get VXHvnDspAgent addr=0x")
+    assert out[2:] == [PREFIX + "PyClipGrade::PyClipGrade() end"]
+
+
+def test_push_task_lines(trace_on, shadow, capfd):
+    facade = shadow.PyClipGrade()
+    capfd.readouterr()
+    assert facade.PushTask(7, 12, {"Clr": [[0, 1]], "EffVer": 48}, False) == S_OK
+    err = capfd.readouterr().err
+    assert err == (
+        PREFIX + "PyClipGrade::PushTask() enter\n\n"
+        + PREFIX + "PyClipGrade::PushTask, Info. videoID=7, taskID=12\n"
+        + PREFIX + "PyClipGrade::m_fnSetEffectVerToEffect, lEffectID = 12, effectVer = 3\n"
+        + PREFIX + "PyClipGrade::PushTask() end\n\n"
+    )
+
+
+def test_push_task_failure_lines(trace_on, shadow, capfd):
+    first = shadow.PyClipGrade()
+    second = shadow.PyClipGrade(first.GetDspAgentPtr(), 0)
+    capfd.readouterr()
+    second.PushTask(1, 12, {}, True)
+    first.PushTask(1, 165, {}, False)
+    first.PushTask(1, 8, {}, False)
+    err = capfd.readouterr().err
+    assert err == (
+        PREFIX + "PyClipGrade::PushTask() enter\n\n"
+        + PREFIX + "PyClipGrade::PushTask, Info. videoID=1, taskID=12\n"
+        + PREFIX + "PyClipGrade::PushTask Null Pointer : agent\n\n"
+        + PREFIX + "PyClipGrade::PushTask() enter\n\n"
+        + PREFIX + "PyClipGrade::PushTask, Info. videoID=1, taskID=165\n"
+        + PREFIX + "PyClipGrade::PushTask, Error. Can't find the mapping of taskID(165)\n"
+        + PREFIX + "PyClipGrade::PushTask() enter\n\n"
+        + PREFIX + "PyClipGrade::PushTask, Info. videoID=1, taskID=8\n"
+    )
+
+
+def test_trace_off_writes_nothing(shadow, capfd):
+    facade = shadow.PyClipGrade()
+    facade.PushTask(1, 12, {}, False)
+    del facade
+    assert capfd.readouterr().err == ""
