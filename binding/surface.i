@@ -39,12 +39,9 @@ static int pcg_AsScriptBool(PyObject* o) {
 }
 %}
 
-// Type words as the surface declares them; widths as on 64-bit Windows.
-typedef int BOOL;
+// Type words of the facade's declarations beyond those of the records;
+// widths as on 64-bit Windows.
 typedef unsigned int UINT;
-typedef int INT;
-typedef unsigned int UINT32;
-typedef long long LONGLONG;
 typedef wchar_t WCHAR;
 typedef int HRESULT;
 

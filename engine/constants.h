@@ -1,0 +1,683 @@
+// The number vocabulary that scripts and the engines share: sizes, ranges,
+// modes, identifiers. Every value is part of a contract with scripts or with a
+// closed engine and must not change.
+//
+// Scripts see each integer as an int and each limit written with a fraction as
+// a float, so the C++ types follow: integers are enumerators (named enums where
+// a record field has that type, anonymous ones otherwise), fractions are
+// constexpr double. The binding publishes enumerators and the doubles as module
+// constants, and the constexpr int families at the end (task ids, effect
+// package versions, agent parameter indices) as read-only variables.
+#pragma once
+
+// Sizes and single values.
+enum : int {
+    MAX_CHAR_SIZE = 64,
+    MAX_8BITS_VALUE = 255,
+    MAX_16BITS_VALUE = 65535,
+    HISTOGRAM_SIZE = 256,
+    MAX_HISTOGRAM_VALUE = 255,
+    TONE_PIVOT_COUNT = 4,
+    TONE_CONTROL_POINT_COUNT = 65,
+    TONE_MAX_TABLE_SIZE = 65536,
+    TONE_LEVEL_MAX_PIVOT = 5,
+    FREE_TONECURVE_PIVOT_COUNT = 20,
+    MAX_MASK_COUNT = 23,
+    MAX_MASK_ARRAY_COUNT = 46,
+    TONE_MAX_MASK_WEIGHTING = 3,
+    MASK_SHARPNESS_RADIUS = 12,
+    MID_SHARPRADIUS = 8,
+    DEFAULT_TEMPERATURE = 5000,
+    DEFAULT_TINT = 0,
+    ALPHA_MATTING_CONFIRM_COMPLETE = 32897,
+    OCL_NAME_MAX = 1024,
+    ERR_FACILITY_IMAGERETOUCH = 256,
+};
+constexpr double TONE_CURVE_MAX = 100.0;
+constexpr double pi = 3.141592654;
+// Tolerance of the point records' equality; single precision on purpose.
+constexpr float cmpthreashold = 0.001f;
+
+// Ranges of script values, maximum then minimum.
+enum : int {
+    TONE_MAX_DODGEBURN = 4,
+    TONE_MIN_DODGEBURN = -4,
+    MAX_TEMPERATURE = 50000,
+    MIN_TEMPERATURE = 2000,
+    MAX_TINT = 300,
+    MIN_TINT = -300,
+    MAX_SHARPAMOUNT = 100,
+    MIN_SHARPAMOUNT = 0,
+    MAX_SHARPRADIUS = 15,
+    MIN_SHARPRADIUS = 1,
+    MAX_SHARPTHRESHOLD = 100,
+    MIN_SHARPTHRESHOLD = 0,
+    MAX_SHARPMASKING = 100,
+    MIN_SHARPMASKING = 0,
+    MAX_OVUDEXPOSUREPARAMRANGE = 255,
+    MIN_OVUDEXPOSUREPARAMRANGE = 0,
+    MAX_SPOTOPACITY = 100,
+    MIN_SPOTOPACITY = 0,
+    MAX_SPOTFEATHER = 100,
+    MIN_SPOTFEATHER = 0,
+    MAX_SPOTSIZE = 4096,
+    MIN_SPOTSIZE = 0,
+    MAX_MASKFEATHER = 100,
+    MIN_MASKFEATHER = 0,
+    MAX_MASKSCALE = 100,
+    MIN_MASKSCALE = -100,
+    MAX_GRAIN_AMOUNT = 100,
+    MIN_GRAIN_AMOUNT = 0,
+    MAX_GRAIN_RADIUS = 100,
+    MIN_GRAIN_RADIUS = 0,
+    MAX_GRAIN_STRENGTH = 100,
+    MIN_GRAIN_STRENGTH = 0,
+    MAX_EYEENLARGE_AMOUNT = 100,
+    MIN_EYEENLARGE_AMOUNT = 0,
+    MAX_FACETHINNING_AMOUNT = 100,
+    MIN_FACETHINNING_AMOUNT = 0,
+    MAX_EYEBAGREV_AMOUNT = 100,
+    MIN_EYEBAGREV_AMOUNT = 0,
+};
+constexpr double TONE_MAX_EXPOSURE = 5.0;
+constexpr double TONE_MIN_EXPOSURE = -5.0;
+constexpr double TONE_MAX_RECOVERY = 100.0;
+constexpr double TONE_MIN_RECOVERY = -100.0;
+constexpr double TONE_MAX_FILLLIGHT = 100.0;
+constexpr double TONE_MIN_FILLLIGHT = -100.0;
+constexpr double TONE_MAX_WHITEPOINT = 100.0;
+constexpr double TONE_MIN_WHITEPOINT = -100.0;
+constexpr double TONE_MAX_BLACKPOINT = 100.0;
+constexpr double TONE_MIN_BLACKPOINT = -100.0;
+constexpr double TONE_MAX_BRIGHTNESS = 100.0;
+constexpr double TONE_MIN_BRIGHTNESS = -100.0;
+constexpr double TONE_MAX_CONTRAST = 100.0;
+constexpr double TONE_MIN_CONTRAST = -100.0;
+constexpr double TONE_MAX_CLARITY = 100.0;
+constexpr double TONE_MIN_CLARITY = -100.0;
+constexpr double TONE_MAX_SATURATION = 100.0;
+constexpr double TONE_MIN_SATURATION = -100.0;
+constexpr double TONE_MAX_VIBRANCY = 100.0;
+constexpr double TONE_MIN_VIBRANCY = -100.0;
+constexpr double TONE_MAX_VIBRANCE = 100.0;
+constexpr double TONE_MIN_VIBRANCE = -100.0;
+constexpr double MAX_REDEYEDARKENLEVEL = 100.0;
+constexpr double MIN_REDEYEDARKENLEVEL = 0.0;
+constexpr double MAX_HSL_EFFECT = 100.0;
+constexpr double MIN_HSL_EFFECT = -100.0;
+constexpr double MAX_VIGNETTE_AMOUNT = 100.0;
+constexpr double MIN_VIGNETTE_AMOUNT = -100.0;
+constexpr double MAX_VIGNETTE_ROUNDNESS = 100.0;
+constexpr double MIN_VIGNETTE_ROUNDNESS = -100.0;
+constexpr double MAX_MASK_SHARPNESS = 100.0;
+constexpr double MIN_MASK_SHARPNESS = -100.0;
+constexpr double MAX_HUE_SHIFT = 1.0;
+constexpr double MIN_HUE_SHIFT = -1.0;
+// These pairs mix a float maximum with an int minimum, and scripts see the mix.
+constexpr double MAX_VIGNETTE_MIDPOINT = 100.0;
+enum : int { MIN_VIGNETTE_MIDPOINT = 0 };
+constexpr double MAX_VIGNETTE_FEATHER = 100.0;
+enum : int { MIN_VIGNETTE_FEATHER = 0 };
+constexpr double MAX_BRUSH_FLOW = 100.0;
+enum : int { MIN_BRUSH_FLOW = 0 };
+constexpr double MAX_ELLIPSE_FEATHER = 100.0;
+enum : int { MIN_ELLIPSE_FEATHER = 0 };
+
+// Property ids of the image engine's SetProperty. The ids jump from 9 to
+// 16; OCL_DEVICE_VERION is spelled as the engine spells it.
+enum : int {
+    RETOUCH_PROPERTY_SET_INTERNAL_INPLACE = 1,
+    RETOUCH_PROPERTY_SET_ENABLE_CACHEIMAGE = 2,
+    RETOUCH_PROPERTY_SET_ENABLE_BLOCK = 3,
+    RETOUCH_PROPERTY_SET_ENABLE_MULTITHREAD = 4,
+    RETOUCH_PROPERTY_SET_ENABLE_CACHEDATA = 5,
+    RETOUCH_PROPERTY_SET_ENABLE_FASTMASK = 6,
+    RETOUCH_PROPERTY_SET_PREVIEW_MODE = 7,
+    RETOUCH_PROPERTY_SET_VIDEO_MODE = 8,
+    RETOUCH_PROPERTY_SET_ENABLE_SBMT = 9,
+    RETOUCH_PROPERTY_SET_ENABLE_OCL = 16,
+    RETOUCH_PROPERTY_SET_ENABLE_PERF = 17,
+    RETOUCH_PROPERTY_SET_FGE_EFFECT_DATA = 18,
+    RETOUCH_PROPERTY_SET_PERFORMANCE_MODE = 19,
+    RETOUCH_PROPERTY_SET_ENABLE_AVX2 = 20,
+    RETOUCH_PROPERTY_SET_THREAD_AFFINITYMASK = 21,
+    RETOUCH_PROPERTY_SET_MAX_EFFECTTHREAD = 22,
+    RETOUCH_PROPERTY_SET_OCL_DEVICE_VERION = 23,
+};
+
+// Effect versions, as an effect dictionary carries them under "EffVer".
+enum : int {
+    EFFECT_VERSION_UNKNOWN = 0,
+    EFFECT_VERSION_3 = 3,
+    EFFECT_VERSION_4 = 4,
+    EFFECT_VERSION_5 = 5,
+    EFFECT_VERSION_6 = 6,
+    EFFECT_VERSION_7 = 7,
+    EFFECT_VERSION_8 = 8,
+    EFFECT_VERSION_LATEST = 9,
+};
+
+// Effect run modes and memory policy.
+enum : int {
+    EFFECT_MODE_NORMAL = 256,
+    EFFECT_MODE_OCL = 512,
+    PERFORMANCE_FIRST = 0,
+    MEMORY_FIRST = 1,
+};
+
+// Colour depth (the maximum value of a channel) and pixel layouts;
+// VX_PIXEL_* are bytes per pixel.
+enum COLOR_DEPTH : int {
+    COLOR_DEPTH_8BIT = 255,
+    COLOR_DEPTH_16BIT = 65535,
+};
+enum PIXEL_FORMAT : int {
+    PIXEL_RGB24 = 0,
+    PIXEL_RGB48 = 1,
+    PIXEL_ARGB32 = 2,
+    PIXEL_ARGB64 = 3,
+    PIXEL_GRAY8 = 4,
+    PIXEL_GRAY16 = 5,
+};
+enum : int {
+    VX_PIXEL_1BYTES = 1,
+    VX_PIXEL_3BYTES = 3,
+    VX_PIXEL_4BYTES = 4,
+    VX_PIXEL_6BYTES = 6,
+    VX_PIXEL_8BYTES = 8,
+};
+
+// The eight hue bands of the colour effects.
+enum HUE_COLOR_DEF : int {
+    Hue_None = -1,
+    Hue_Red = 0,
+    Hue_Orange = 1,
+    Hue_Yellow = 2,
+    Hue_Green = 3,
+    Hue_Aqua = 4,
+    Hue_Blue = 5,
+    Hue_Purple = 6,
+    Hue_Magenta = 7,
+    Hue_COLOR_COUNT = 8,
+};
+
+// Channels and reference direction.
+enum : int {
+    COLOR_CHANNEL_START = 0,
+    CHANNEL_R = 0,
+    CHANNEL_G = 1,
+    CHANNEL_B = 2,
+    COLOR_CHANNEL_COUNT = 3,
+    Ref_Backward = 0,
+    Ref_Forward = 1,
+};
+
+// Colour spaces and origins of raw data.
+enum COLOR_SPACE : int {
+    sRGB_SPACE = 0,
+    ROMMRGB_SPACE = 1,
+    YUV_SPACE = 2,
+    HSV_SPACE = 3,
+    HSL_SPACE = 4,
+    XYZ_SPACE = 5,
+    LAB_SPACE = 6,
+    MASK_SPACE = 7,
+    sRGB64_SPACE = 8,
+};
+enum RAWDATA_SRCTYPE : int {
+    RAWDATA_SRC_JPEG = 0,
+    RAWDATA_SRC_DCRAW = 1,
+    RAWDATA_SRC_SDK = 2,
+};
+
+// Strokes and confirmation.
+enum : int {
+    STROKE_ADD = 0,
+    STROKE_SUBTRACT = 1,
+    STROKE_FOREGROUND = 2,
+    STROKE_BACKGROUND = 3,
+    CONFIRM = 0,
+    RESTORE = 1,
+};
+
+// Blur and bokeh.
+enum BLUR_TYPE : int {
+    BLUR_TYPE_NORMAL = 0,
+    BLUR_TYPE_BOKEH = 1,
+    BLUR_TYPE_CIRCULAR = 2,
+    BLUR_TYPE_ZOOM = 3,
+    BLUR_TYPE_MOTION = 4,
+};
+enum BokehProcessingMode : int {
+    BOKEH_PROCESS_PREVIEW = 0,
+    BOKEH_PROCESS_PRODUCTION = 1,
+};
+enum BokehShapeType : int {
+    BOKEH_SHAPE_TYPE_CIRCLE = 0,
+    BOKEH_SHAPE_TYPE_HEART = 1,
+    BOKEH_SHAPE_TYPE_CROSS = 2,
+    BOKEH_SHAPE_TYPE_STAR = 3,
+};
+
+// Sharpening: SHARP_*_OUTPUT and SHARP_MODE_* carry the same numbers.
+enum : int {
+    SHARP_DEFAULT_OUTPUT = 0,
+    SHARP_DIFF_AMOUNT_OUTPUT = 1,
+    SHARP_DIFF_RADIUS_OUTPUT = 2,
+    SHARP_DIFF_THRESHOLD_OUTPUT = 3,
+    SHARP_DIFF_MASK_OUTPUT = 4,
+    SHARP_MODE_DEFAULT = 0,
+    SHARP_MODE_DIFF_AMOUNT = 1,
+    SHARP_MODE_DIFF_RADIUS = 2,
+    SHARP_MODE_DIFF_THRESHOLD = 3,
+    SHARP_MODE_DIFF_MASK = 4,
+};
+
+// Noise reduction algorithms (WEINER is the engine's spelling).
+enum eNoiseReductionMode : int {
+    NONE = 0,
+    WEINER = 1,
+    VXWAVELET = 2,
+    SIMILARITY = 3,
+    VXDENOISE = 4,
+};
+
+// Vignette.
+enum Vignette_MODE : int {
+    VIGNETTE_NO_CROP = 0,
+    VIGNETTE_POST_CROP = 1,
+};
+
+// Liquify tools.
+enum Liquify_Mode : int {
+    LIQUIFY_NONE = -1,
+    LIQUIFY_WARP = 0,
+    LIQUIFY_BLOAT = 1,
+    LIQUIFY_PUCKER = 2,
+    LIQUIFY_RECOVER = 3,
+    LIQUIFY_PROTECTED = 4,
+    LIQUIFY_CW = 5,
+    LIQUIFY_CCW = 6,
+};
+
+// Mesh: the low four bits of a MESHMODE_* value are the mesh type, the next
+// four the operation.
+enum : int {
+    MESH_REGULAR = 0x1,
+    MESH_SMART = 0x2,
+};
+enum MeshMode : int {
+    MESHMODE_REGULAR_UPDATE = 0x11,
+    MESHMODE_REGULAR_RESET = 0x21,
+    MESHMODE_SMART_ADD = 0x12,
+    MESHMODE_SMART_DELETE = 0x22,
+    MESHMODE_SMART_UPDATE = 0x32,
+};
+
+// Spot and object tools; the SPOT_REMOVAL_* and OBJECT_OP_MODE_* names
+// repeat the SPOT_* and OBJECT_* numbers.
+enum : int {
+    SPOT_CLONE = 0,
+    SPOT_HEAL = 1,
+    SPOT_REMOVAL_CLONE = 0,
+    SPOT_REMOVAL_HEAL = 1,
+    OBJECT_CLONE = 0,
+    OBJECT_REMOVAL = 1,
+    OBJECT_OP_MODE_CLONE = 0,
+    OBJECT_OP_MODE_REMOVAL = 1,
+};
+enum CloneBlendType : int {
+    OBJECT_BLENDSTYLE_PRODUCTION = 0,
+    OBJECT_BLENDSTYLE_PREVIEW = 1,
+    OBJECT_BLENDSTYLE_COPY_PASTE = 2,
+};
+
+// Render modes of local tools.
+enum : int {
+    PRODUCTION = 0,
+    PREVIEW = 1,
+    NO_BLENDING = 2,
+    EYE_BAG_PREVIEW = 3,
+    EYE_BAG_PRODUCTION = 4,
+};
+
+// Mask operations.
+enum : int {
+    MASK_UNION = 0,
+    MASK_INTERSECT = 1,
+    MASK_LENSCORRECT = 2,
+    MASK_CROPROTATE = 3,
+    MASK_FEATHER = 4,
+    MASK_SCALE = 5,
+};
+
+// Selection outputs and INFO_* request bits, which combine; INFO_MASK is
+// all the low 16 bits.
+enum : int {
+    SELECTION_TYPE_LINES = 0x0,
+    SELECTION_TYPE_BUFFER = 0x1,
+    INFO_OUTPUT_BUFFER = 0x1,
+    INFO_HISTOGRAM = 0x2,
+    INFO_LEVEL_HISTOGRAM = 0x4,
+    INFO_LEVEL_RGB_HISTOGRAM = 0x8,
+    INFO_HSL_TAT_MAP = 0x10,
+    INFO_DETECT_AUTO_TONE = 0x20,
+    INFO_DETECT_AUTO_WB = 0x40,
+    INFO_DETECT_RED_EYE = 0x80,
+    INFO_DETECT_SPOT_REMOVAL = 0x100,
+    INFO_TONECURVE_MAP = 0x200,
+    INFO_SELECT_OUTPUT_BUFFER = 0x400,
+    INFO_DETECT_AUTO_CROP = 0x800,
+    INFO_TONE_CURVE_HISTOGRAM = 0x1000,
+    INFO_TONE_CURVE_TAT_MAP = 0x2000,
+    INFO_HISTOGRAM_PRESENTER = 0x4000,
+    INFO_MASK = 0xFFFF,
+};
+
+// Engine settings of editing, and the indices of a selection mask record.
+enum : int {
+    EDIT_ENGINE_SETTING_CACHE_IMAGE = 1,
+    EDIT_ENGINE_SETTING_CACHE_DATA = 2,
+    EDIT_ENGINE_SETTING_PREVIEW_MODE = 3,
+    ESM_IS_MASK = 0,
+    ESM_IS_INVERSE = 1,
+    ESM_NONMASK_POINTS = 2,
+    ESM_MASK_KEYFRAME_LIST = 3,
+    ESM_MASK_KEYFRAME_DURATION = 4,
+    ESM_MASK_KEYFRAME_POINTS = 5,
+    ESM_MASK_KEYFRAME_FEATHERS = 6,
+    ESM_MASK_KEYFRAME_CENTROID = 7,
+    ESM_MASK_KEYFRAME_FEATHER_SHIFTS = 8,
+};
+
+// Keyframe line styles and tracking states.
+enum : int {
+    LINESTYLE_RAISE_NOW = 1,
+    LINESTYLE_LINEAR = 2,
+    LINESTYLE_RAISE_ON_NEXT = 3,
+    TRACKSTATE_STOP = 0,
+    TRACKSTATE_TRACKING = 1,
+    TRACKSTATE_PAUSE_WAIT_CONTINUE = 2,
+    TRACKSTATE_PAUSE_MASK_DIRTY = 3,
+};
+
+// Performance trace levels (GENERAT_EEFFECT is the engine's spelling).
+enum PerfLevel : int {
+    PERF_LEVEL_RUN_ALL_TASK_BLOCK = 0,
+    PERF_LEVEL_TASK_PREPARE = 1,
+    PERF_LEVEL_TASK_GENERAT_EEFFECT_DATA = 2,
+    PERF_LEVEL_TASK_SETUP = 3,
+    PERF_LEVEL_TASK_APPLY = 4,
+    PERF_LEVEL_TASK_SETUP_TO_APPLY = 5,
+    PERF_LEVEL_TASK_DETECTION = 6,
+    PERF_LEVEL_CUSTOMIZE = 7,
+};
+
+// OpenCL device types and versions; ALL is every bit set, as in OpenCL.
+enum : int {
+    OCL_DEVICE_TYPE_DEFAULT = 1,
+    OCL_DEVICE_TYPE_CPU = 2,
+    OCL_DEVICE_TYPE_GPU = 4,
+    OCL_DEVICE_TYPE_ACCELERATOR = 8,
+    OCL_DEVICE_TYPE_ALL = -1,
+    OCL_1_0 = 0,
+    OCL_1_1 = 1,
+    OCL_1_2 = 2,
+    OCL_2_0 = 3,
+    OCL_2_1 = 4,
+};
+
+// Function identifiers of the engine: (index << 4) | scope, with
+// VIDEOSPEC_SEQUENCED (bit 20) on the functions the engine runs in sequence.
+// The indices have gaps, and CREATE_NOISE/CREATE_HDR sit in the
+// FUNCTION_SET_STATE scope; the engine relies on every value as it stands.
+enum FUNCTION_ID : int {
+    FUNCTION_ID_UNKNOWN = 0,
+    // Scopes, the low four bits.
+    FUNCTION_SET_GLOBAL = 1,
+    FUNCTION_SET_LOCAL = 2,
+    FUNCTION_GET = 3,
+    FUNCTION_DETECT = 4,
+    FUNCTION_INTERNAL = 5,
+    FUNCTION_EFFECTINFO = 6,
+    FUNCTION_SET_STATE = 7,
+    FUNCTION_FACEBEAUTIFY = 8,
+    VIDEOSPEC_SEQUENCED = 0x100000,
+
+    // FUNCTION_SET_GLOBAL
+    FUNCTION_SET_BLACKWHITE = (1 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_WB = (2 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_WB_MASK = (3 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_TONE = (4 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_TONE_MASK = (5 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_LEVEL = (6 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_HSLCOLOR = (7 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_SHARP = (8 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_SHARP_MASK = (9 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_NOISE = (10 << 4) | FUNCTION_SET_GLOBAL | VIDEOSPEC_SEQUENCED,
+    FUNCTION_SET_VIGNETTE = (11 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_LENSCORRECT = (12 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_CROPROTATE = (13 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_CLARITY = (14 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_CLARITY_MASK = (15 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_SATURATION = (16 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_SATURATION_MASK = (17 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_POST_VIGNETTE = (18 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_SHOW_MASK = (19 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_LEVEL_RGB = (20 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_WHITENTOOTH_MASK = (21 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_DODGEBURN_MASK = (22 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_TONECURVE = (23 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_TONECURVE_RGB = (24 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_BWTINT = (25 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_BLACKWHITE_MASK = (26 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_BLUR_MASK = (27 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_SKINSMOOTH = (28 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_LIGHT = (29 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_HSLCOLOR_MASK = (30 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_NOISE_MASK = (31 << 4) | FUNCTION_SET_GLOBAL | VIDEOSPEC_SEQUENCED,
+    FUNCTION_SET_EXPOSURE_MASK = (32 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_LIQUIFY = (33 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_COLORREPLACE = (34 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_COLORREPLACE_MASK = (35 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_HDR = (36 << 4) | FUNCTION_SET_GLOBAL | VIDEOSPEC_SEQUENCED,
+    FUNCTION_SET_SPLITTONE = (37 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_CAMERACORRECT = (38 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_SKINTONE = (39 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_GRAIN = (40 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_LENS_BLUR_MASK = (41 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_BWTINT_MASK = (42 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_MEAN_BLUR_MASK = (43 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_COLORSPLASH = (44 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_COLORSPLASH_MASK = (45 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_HUESHIFT = (46 << 4) | FUNCTION_SET_GLOBAL,
+    FUNCTION_SET_CAMERACORRECT_EXPOSURE = (47 << 4) | FUNCTION_SET_GLOBAL,
+
+    // FUNCTION_SET_LOCAL
+    FUNCTION_SET_SPOT = (1 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_REDEYERECOVERY = (2 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_GRADIENT = (3 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_BRUSH = (4 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_BRUSH_POINTS = (5 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_ADD_BRUSH_POINT = (6 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_APPLY_SPOT = (8 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_OBJECTCLONE = (9 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_APPLY_OBJECT = (11 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_SELECTION_LINE = (12 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_WRINKLEREMOVAL = (13 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_MESHWARP = (14 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_GENERATE_WARP = (18 << 4) | FUNCTION_SET_LOCAL,
+    FUNCTION_SET_APPLY_WARP = (19 << 4) | FUNCTION_SET_LOCAL,
+
+    // FUNCTION_GET
+    FUNCTION_GET_BUFFER = (1 << 4) | FUNCTION_GET,
+    FUNCTION_GET_HISTOGRAM = (2 << 4) | FUNCTION_GET,
+    FUNCTION_GET_LEVEL_HISTOGRAM = (3 << 4) | FUNCTION_GET,
+    FUNCTION_GET_HSL_TAT_MAP = (4 << 4) | FUNCTION_GET,
+    FUNCTION_GET_DROP_TEMPERATURE = (5 << 4) | FUNCTION_GET,
+    FUNCTION_GET_LEVEL_RGB_HISTOGRAM = (6 << 4) | FUNCTION_GET,
+    FUNCTION_GET_TONECURVE_HISTOGRAM = (7 << 4) | FUNCTION_GET,
+    FUNCTION_GET_TONECURVE_RGB_HISTOGRAM = (8 << 4) | FUNCTION_GET,
+    FUNCTION_GET_LIGHTING_INFO = (16 << 4) | FUNCTION_GET,
+    FUNCTION_GET_HDR_INFO = (17 << 4) | FUNCTION_GET,
+    FUNCTION_GET_TONECURVE_TAT_MAP = (18 << 4) | FUNCTION_GET,
+    FUNCTION_GET_OVUDEXPOSURE_IMAGE = (19 << 4) | FUNCTION_GET,
+    FUNCTION_GET_SKINTONE_INFO = (20 << 4) | FUNCTION_GET,
+    FUNCTION_GET_EYEBAGREMOVAL_INFO = (21 << 4) | FUNCTION_GET,
+    FUNCTION_GET_COLORSPLASH_INFO = (22 << 4) | FUNCTION_GET,
+    FUNCTION_GET_COLORSPLASH_INFO_MASK = (23 << 4) | FUNCTION_GET,
+
+    // FUNCTION_DETECT
+    FUNCTION_DETECT_AUTO_TONE = (1 << 4) | FUNCTION_DETECT,
+    FUNCTION_DETECT_AUTO_WB = (2 << 4) | FUNCTION_DETECT,
+    FUNCTION_DETECT_RED_EYE = (3 << 4) | FUNCTION_DETECT,
+    FUNCTION_DETECT_SPOT_REMOVE = (4 << 4) | FUNCTION_DETECT,
+    FUNCTION_DETECT_AUTO_DENOISE = (5 << 4) | FUNCTION_DETECT,
+    FUNCTION_DETECT_AUTO_SATURATION = (6 << 4) | FUNCTION_DETECT,
+
+    // FUNCTION_INTERNAL
+    FUNCTION_INTERNAL_CACHE_BUFFER = (1 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_NOISE_INFO = (2 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_SHARPNESS_INFO = (3 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_VIGNETTE_MASK = (4 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_CREATE_BRUSH = (5 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_LENSCORRECT = (6 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_RELEASE_DENOISE = (7 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_BLUR_INFO = (8 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_GENERATE_OBJECT = (9 << 4) | FUNCTION_INTERNAL,
+    FUNCTION_INTERNAL_GENERATE_SPOT = (16 << 4) | FUNCTION_INTERNAL,
+
+    // FUNCTION_EFFECTINFO
+    FUNCTION_EFFECTINFO_BMASK = (1 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_GMASK = (2 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_COMPMASK = (3 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_RAWMASK = (4 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_WARPMASK = (5 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_MESHDATA = (6 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_EMASK = (7 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_FEATUREPOINTS = (8 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_CIRCLEMASK = (9 << 4) | FUNCTION_EFFECTINFO,
+    FUNCTION_EFFECTINFO_LINEARMASK = (16 << 4) | FUNCTION_EFFECTINFO,
+
+    // FUNCTION_SET_STATE
+    FUNCTION_SET_NEW_SEGMENT = (1 << 4) | FUNCTION_SET_STATE | VIDEOSPEC_SEQUENCED,
+    FUNCTION_SET_LUMIAR_PROPERTY = (2 << 4) | FUNCTION_SET_STATE,
+    FUNCTION_INTERNAL_CREATE_NOISE = (3 << 4) | FUNCTION_SET_STATE,
+    FUNCTION_INTERNAL_CREATE_HDR = (4 << 4) | FUNCTION_SET_STATE,
+
+    // FUNCTION_FACEBEAUTIFY
+    FUNCTION_SET_EYEENLARGE = (1 << 4) | FUNCTION_FACEBEAUTIFY,
+    FUNCTION_SET_FACETHINNING = (2 << 4) | FUNCTION_FACEBEAUTIFY,
+    FUNCTION_SET_EYEBAGREMOVAL = (3 << 4) | FUNCTION_FACEBEAUTIFY,
+};
+
+// Task ids: the group in which a script passes an effect. 0-33 global
+// effects, 96-164 local ones, 252-255 operations on the whole task. Scripts
+// reach these as read-only variables under cvar.
+constexpr int PY_SET_GLOBAL = 0;
+constexpr int PY_SET_WB_AUTO = 1;
+constexpr int PY_SET_WB = 2;
+constexpr int PY_SET_BLACK_WHITE = 3;
+constexpr int PY_SET_TONE = 4;
+constexpr int PY_SET_TONEMAPPING = 5;
+constexpr int PY_SET_CLARITYLEVEL = 6;
+constexpr int PY_SET_CROPROTATE = 7;
+constexpr int PY_SET_LEVEL = 8;
+constexpr int PY_SET_SHARPNESS = 9;
+constexpr int PY_SET_LUMA_NOISE = 10;
+constexpr int PY_SET_CHROMA_NOISE = 11;
+constexpr int PY_SET_CLARITY = 12;
+constexpr int PY_SET_VIBRANCY = 13;
+constexpr int PY_SET_HSL = 14;
+constexpr int PY_SET_VIGNETTE = 15;
+constexpr int PY_SET_POSTCROP_VIGNETTE = 16;
+constexpr int PY_SET_BW_LUMINANCE = 17;
+constexpr int PY_SET_SHOW_MASK = 18;
+constexpr int PY_SET_SATURATION = 19;
+constexpr int PY_SET_HSL_VIB = 20;
+constexpr int PY_SET_LEVEL_RGB = 21;
+constexpr int PY_SET_NOISE = 22;
+constexpr int PY_SET_TONE_CURVE = 23;
+constexpr int PY_SET_LENS_CORRECTION = 24;
+constexpr int PY_SET_COLORREPLACEMENT = 25;
+constexpr int PY_SET_HDR = 26;
+constexpr int PY_SET_TONE_CURVE_CHANNEL = 27;
+constexpr int PY_SET_TONE_CURVE_R = 28;
+constexpr int PY_SET_TONE_CURVE_G = 29;
+constexpr int PY_SET_TONE_CURVE_B = 30;
+constexpr int PY_SET_SPLITTONE = 31;
+constexpr int PY_SET_COLORSPLASH = 32;
+constexpr int PY_SET_COLORSHIFT = 33;
+constexpr int PY_SET_LOCAL = 96;
+constexpr int PY_SET_MASK_INFO = 97;
+constexpr int PY_SET_MASK_WB = 98;
+constexpr int PY_SET_MASK_TONE = 99;
+constexpr int PY_SET_MASK_CLARITY = 100;
+constexpr int PY_SET_MASK_SATURATION = 101;
+constexpr int PY_SET_MASK_HSL = 102;
+constexpr int PY_SET_MASK_HSL_VIBRANCY = 103;
+constexpr int PY_SET_MASK_DENOISE = 104;
+constexpr int PY_SET_MASK_SHARP = 105;
+constexpr int PY_SET_GRADIENT_MASK = 106;
+constexpr int PY_SET_BRUSH_POINT = 107;
+constexpr int PY_SET_MAGIC_SELECTION = 108;
+constexpr int PY_SET_SPOT_REMOVAL = 109;
+constexpr int PY_SET_REDEYERECOVERY = 110;
+constexpr int PY_SET_OBJECT_CLONE = 111;
+constexpr int PY_SET_OBJECT_CLONE_SELECTION = 112;
+constexpr int PY_SET_DODGE = 113;
+constexpr int PY_SET_DODGE_POINT = 114;
+constexpr int PY_SET_BURN = 115;
+constexpr int PY_SET_BURN_POINT = 116;
+constexpr int PY_SET_TOOTH = 117;
+constexpr int PY_SET_TOOTH_POINT = 118;
+constexpr int PY_SET_SKIN_SMOOTH = 119;
+constexpr int PY_SET_SKIN_SMOOTH_POINT = 120;
+constexpr int PY_SET_WRINKLE_REMOVAL = 121;
+constexpr int PY_SET_WRINKLE_SELECTION = 122;
+constexpr int PY_SET_DODGEBURN = 123;
+constexpr int PY_SET_PEBW = 124;
+constexpr int PY_SET_PEBW_POINT = 125;
+constexpr int PY_SET_PESEPIA = 126;
+constexpr int PY_SET_PESEPIA_POINT = 127;
+constexpr int PY_SET_PETINT = 128;
+constexpr int PY_SET_PETINT_POINT = 129;
+constexpr int PY_SET_PEBLUR = 130;
+constexpr int PY_SET_PEBLUR_POINT = 131;
+constexpr int PY_SET_GRADIENT = 132;
+constexpr int PY_SET_BRUSH = 133;
+constexpr int PY_SET_MAGIC = 134;
+constexpr int PY_SET_ELLIPSE = 139;
+constexpr int PY_SET_ELLIPSE_MASK = 140;
+constexpr int PY_SET_SELMASK = 156;
+constexpr int PY_SET_SELMASK_POINT = 157;
+constexpr int PY_SET_SELMASK_MASK = 158;
+constexpr int PY_SET_MOTIONTRACK_MASK = 160;
+constexpr int PY_SET_MASK_COLORREPLACEMENT = 161;
+constexpr int PY_SET_MASK_PETINT = 162;
+constexpr int PY_SET_MASK_PEBLUR = 163;
+constexpr int PY_SET_MASK_COLORSPLASH = 164;
+constexpr int PY_SET_EFFECT_LOCAL_VERSION = 252;
+constexpr int PY_SET_EFFECT_VERSION = 253;
+constexpr int PY_SET_AUTO_SETTING = 254;
+constexpr int PY_SET_OPERATION = 255;
+
+// Further read-only variables under cvar. VX_NPK_EFFECT_VERSION_* go in
+// steps of 16 and the newest has the smallest number. DSP_*_PARAM_COUNT
+// size two parameter arrays of the render agent; DSP_*_IDX_* index them.
+constexpr int VX_NPK_EFFECT_VERSION_LATEST = 16;
+constexpr int VX_NPK_EFFECT_VERSION_2 = 32;
+constexpr int VX_NPK_EFFECT_VERSION_3 = 48;
+constexpr int VX_NPK_EFFECT_VERSION_4 = 64;
+constexpr int VX_NPK_EFFECT_VERSION_5 = 80;
+constexpr int VX_NPK_EFFECT_VERSION_6 = 96;
+constexpr int VX_NPK_EFFECT_VERSION_7 = 112;
+constexpr int DSP_HVN_PARAM_COUNT = 4;
+constexpr int DSP_HVN_PARA_IDX_DSPINFO_PATH = 0;
+constexpr int DSP_HVN_PARA_IDX_TEMPPROJ_PATH = 1;
+constexpr int DSP_HVN_PARA_IDX_EFFECT_HASH_ID = 2;
+constexpr int DSP_HVN_PARA_IDX_LUT_HASH_ID = 3;
+constexpr int DSP_MT_PARAM_COUNT = 3;
+constexpr int DSP_MT_PARA_IDX_TEMPFILE_PATH = 0;
+constexpr int DSP_MT_PARA_IDX_VIDEO_ID = 1;
+constexpr int DSP_MT_PARA_IDX_MASK_ID = 2;
