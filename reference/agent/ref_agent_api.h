@@ -1,0 +1,120 @@
+// The exports of the reference render agent library, KESdlls/VXHvnDspAgent
+// below the host folder (.so / .dll). Tests load the same file (ctypes from
+// Python, the platform layer from C++) and so share its state with the
+// module. Every entry is safe on any thread.
+//
+// CreateHvnDspAgent(name, reserved, context)
+//   A new agent named `name` (null reads as ""), holding one reference. The
+//   last two arguments are not used. Instances are numbered 1, 2, ... in the
+//   order the library makes them.
+//
+// int32_t RefAgent_Journal(char* buffer, int32_t capacity)
+//   The journal as UTF-8 JSON, NUL-terminated when it fits; returns the
+//   length without the NUL. A null buffer or too small a capacity writes
+//   nothing and still returns the length.
+//
+// void RefAgent_Reset(void)
+//   Empties the journal and removes every injected result. Agents, what they
+//   hold and the counters stay.
+//
+// void RefAgent_SetResult(const char* agentName, const char* op, double value)
+//   From now on operation `op` of every live and future agent named
+//   `agentName` ("*": every agent) answers `value`; a result set for an
+//   agent's own name wins over one set for "*". The operation still does its
+//   work; only its answer changes. The value is converted to the operation's
+//   result type: an HRESULT or other 32-bit integer takes the low 32 bits of
+//   the value truncated to an integer (so 2147500037 and -2147467259 are both
+//   0x80004005; NaN and infinities read as 0x80004005); a bool is true for
+//   non-zero; GetVideoAspectRatio writes the value as its double.
+//   AddRef, Release, the void operations and the two histogram queries take
+//   no injected result.
+//
+// int64_t RefAgent_Counter(const char* name)
+//   Ownership counters, to prove ownership without a leak checker; -1 for an
+//   unknown name:
+//     "agentsLive"    agents made and not yet destroyed
+//     "recordsHeld"   effect records the live agents hold
+//     "recordsFreed"  effect records freed since the library was loaded
+//     "entriesFreed"  keyframe entries freed with them
+//     "masksHeld"     mask objects the live agents hold
+//     "streamsOut"    track history streams handed out and not yet given back
+//
+// The journal: a JSON array, oldest call first, one object per call of the
+// agent interface: {"agent": name, "instance": n, "op": operation, "args":
+// [...]} with the arguments in contract order and out-parameters left out.
+// AddRef and Release add "refs", the count after the call; the last Release
+// is followed by {"agent", "instance", "op": "Destroyed"}. DumpTask adds
+// "tasks": [[videoID, FUNCTION_ID], ...], the records held. Integers are
+// exact; doubles (floats widened) have 17 significant digits and always a
+// fraction or exponent; NaN, Infinity and -Infinity are bare tokens; C++
+// bool is true/false, the 32-bit BOOL an integer; opaque pointers (the
+// ImageRetouch, manager, database, ring, mask and image buffer pointers) are
+// true or null. Data given by pointer is decoded: a plain effect record as
+// {"version", "word", "vectors": [[{"time", "value", "interp"} or null, ...],
+// ...]} (only "version" and "word" for a FUNCTION_ID without a known layout),
+// the LUT block as {"size", "min", "max", "table"}, the ApplyBufferSetting
+// block by its field names, a rectangle as {"left", "top", "right",
+// "bottom"}, track history bytes as a lower-case hex string; a null pointer
+// as null.
+//
+// What the reference agent does:
+//   Clips. AddVideo registers (or overwrites) a clip: start, duration, aspect
+//   ratio (width over height); S_OK. UpdateVideo changes a registered clip,
+//   E_INVALIDARG for an unknown one. RemoveVideo forgets the clip and frees
+//   everything held under its ID (records, masks, LUT); S_OK, or
+//   E_INVALIDARG when the clip was never registered (what was held under the
+//   ID is freed all the same). RemoveAllVideo forgets and frees everything.
+//   GetVideoAspectRatio writes the clip's ratio, 16/9 for an unknown clip.
+//   Effects. PushEffect takes the record (S_OK) and nulls the caller's
+//   pointer; the agent keeps the latest record per clip and FUNCTION_ID and
+//   frees a replaced one with all its entries. A null record: E_POINTER,
+//   nothing taken. ClearTask frees the clip's records. The last Release frees
+//   everything. Effect data changes take the agent's writer lock, so they
+//   wait while another thread holds LockEffectDataWriter; an unlock from a
+//   thread that does not hold it is refused and logged. A record whose
+//   FUNCTION_ID has no known layout is kept all the same and freed as a bare
+//   block (what hangs on it cannot be found); a log line says so.
+//   Masks. AddMaskInfo takes the object per clip and mask ID and nulls the
+//   slot; ClearMaskInfo lets the clip's go. The objects are not yet deleted:
+//   their classes are not part of this library.
+//   Frames. NeedsSourceCopy answers false. AdjustBufferRect leaves the
+//   rectangle as it is (E_POINTER without one). ApplyEffectOnBuffer copies
+//   the overlap of source and destination row by row (no pixel effect is
+//   rendered yet; E_POINTER for a null block or pixel pointer) and measures
+//   the result's histogram (pixels in memory order blue, green, red, alpha;
+//   luminance 0.299 R + 0.587 G + 0.114 B rounded; exposure fields 0), which
+//   GetHistogramInfo and GetToneCurveHistogramInfo return (all zero,
+//   bGammaEncode true, before the first render). SetLUT copies the
+//   block; ApplyLUTOnBuffer applies the clip's table (a 3-D table of
+//   3 * size^3 values or three curves of 3 * size values) and answers false
+//   without a table, for another table shape, or for a null buffer.
+//   GetInterpolatedToneMapInfo appends four identity tables (65536 int32
+//   each, from the effect heap) for a registered clip, E_FAIL otherwise.
+//   Tracking. No track results are held yet: both queue and database
+//   lookups answer E_FAIL, GetMaxTrackingID writes 0, GetCurrentTrackingID
+//   answers 0, flushes and deletes answer S_OK. The track history stream is
+//   kept as given; GetTrackHistoryStream hands out a malloc'd copy (null and
+//   size 0 when empty), FreeTrackHistoryStream frees it and nulls the pointer.
+//   Switches. SetFrameRate keeps a finite positive rate (S_OK), else
+//   E_INVALIDARG. SetDBMgr keeps both pointers and answers true. The other
+//   setters keep their values and answer S_OK; GetDspVideoID answers what
+//   SetDspVideoID set, 0 at first.
+#pragma once
+
+#include <cstdint>
+
+#include "engine/engine_contract.h"
+
+extern "C" {
+IVXHvnDspAgent* CreateHvnDspAgent(const char* name, int32_t reserved, void* context);
+int32_t RefAgent_Journal(char* buffer, int32_t capacity);
+void RefAgent_Reset(void);
+void RefAgent_SetResult(const char* agentName, const char* op, double value);
+int64_t RefAgent_Counter(const char* name);
+}
+
+// Function types of the entries, for callers that look them up by name.
+using RefAgentJournalFn = int32_t (*)(char* buffer, int32_t capacity);
+using RefAgentResetFn = void (*)();
+using RefAgentSetResultFn = void (*)(const char* agentName, const char* op, double value);
+using RefAgentCounterFn = int64_t (*)(const char* name);
