@@ -3,6 +3,7 @@
 // win32/ and posix/ implement it with the same observable semantics.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -145,8 +146,8 @@ uint32_t CurrentThreadId();
 
 // The registry below HKEY_LOCAL_MACHINE. On POSIX a settings file: by default
 // /etc/PyClipGrade/registry.ini, or the file named by PYCLIPGRADE_REGISTRY;
-// sections named by key path, "Name=number" lines (see posix/settings_file.h
-// for the other value forms). Results are Win32 error codes: 0 success,
+// sections named by key path, "Name=number" lines (see posix/settings_file.cpp
+// for the file format). Results are Win32 error codes: 0 success,
 // 2 not found, 234 more data.
 using SettingsKey = void*;
 SettingsKey LocalMachineKey();
@@ -196,6 +197,8 @@ struct TraceGuid {
     uint8_t Data4[8];
 };
 static_assert(sizeof(TraceGuid) == 16, "TraceGuid is the system's GUID");
+static_assert(offsetof(TraceGuid, Data2) == 4 && offsetof(TraceGuid, Data3) == 6 && offsetof(TraceGuid, Data4) == 8,
+              "TraceGuid is the system's GUID");
 using TraceRegHandle = uint64_t;
 using EventRegisterFn = uint32_t(PCG_WINAPI*)(const TraceGuid* provider, void* enableCallback,
                                               void* callbackContext, TraceRegHandle* regHandle);

@@ -1,0 +1,68 @@
+// Threads on POSIX: std::thread with the Windows notions of a waitable thread
+// and an exit code.
+#include "platform/platform.h"
+
+#include <atomic>
+#include <system_error>
+#include <thread>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace pcg {
+namespace platform {
+
+struct Thread::Impl {
+    Impl() : m_finished(true, false) {}
+    std::thread m_thread;
+    Event m_finished;   // manual reset: every waiter sees the end
+    std::atomic<bool> m_bDone{false};
+    uint32_t m_nExitCode = 0;   // written before m_bDone is set
+};
+
+Thread::Thread() : m_pImpl(new Impl) {}
+
+Thread::~Thread() {
+    if (m_pImpl->m_thread.joinable()) {
+        if (m_pImpl->m_thread.get_id() == std::this_thread::get_id()) m_pImpl->m_thread.detach();
+        else m_pImpl->m_thread.join();
+    }
+}
+
+std::unique_ptr<Thread> Thread::Start(Routine routine, void* argument) {
+    if (routine == nullptr) return nullptr;
+    std::unique_ptr<Thread> thread(new Thread);
+    Impl* impl = thread->m_pImpl.get();
+    try {
+        impl->m_thread = std::thread([impl, routine, argument] {
+            impl->m_nExitCode = routine(argument);
+            impl->m_bDone.store(true);
+            impl->m_finished.Set();
+        });
+    } catch (const std::system_error&) {
+        return nullptr;
+    }
+    return thread;
+}
+
+uint32_t Thread::Wait(uint32_t timeoutMs) { return m_pImpl->m_finished.Wait(timeoutMs); }
+
+bool Thread::GetExitCode(uint32_t* exitCode) const {
+    if (!m_pImpl->m_bDone.load()) return false;
+    if (exitCode != nullptr) *exitCode = m_pImpl->m_nExitCode;
+    return true;
+}
+
+bool BeginDetachedThread(void (*routine)(void* argument), void* argument) {
+    if (routine == nullptr) return false;
+    try {
+        std::thread(routine, argument).detach();
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
+}
+
+uint32_t CurrentThreadId() { return static_cast<uint32_t>(syscall(SYS_gettid)); }
+
+}  // namespace platform
+}  // namespace pcg
