@@ -36,7 +36,30 @@ if(PCG_WITH_TESTS)
 endif()
 
 # OpenCV's imgproc backs the reference resampler and the perspective oracle
-# natively; the Windows cross-build has no OpenCV.
+# natively; the Windows cross-build has no OpenCV. Debian's core and imgproc
+# development packages carry no CMake package file, so the headers and
+# libraries are also looked up directly. pcg_opencv is the target to link;
+# PCG_HAVE_OPENCV says whether it carries anything.
 if(NOT WIN32)
   find_package(OpenCV QUIET COMPONENTS core imgproc)
+  add_library(pcg_opencv INTERFACE)
+  if(OpenCV_FOUND)
+    target_include_directories(pcg_opencv SYSTEM INTERFACE ${OpenCV_INCLUDE_DIRS})
+    target_link_libraries(pcg_opencv INTERFACE ${OpenCV_LIBS})
+    set(PCG_HAVE_OPENCV ON CACHE INTERNAL "OpenCV imgproc is available")
+  else()
+    find_path(PCG_OPENCV_INCLUDE opencv2/imgproc.hpp PATH_SUFFIXES opencv4)
+    find_library(PCG_OPENCV_CORE opencv_core)
+    find_library(PCG_OPENCV_IMGPROC opencv_imgproc)
+    if(PCG_OPENCV_INCLUDE AND PCG_OPENCV_CORE AND PCG_OPENCV_IMGPROC)
+      target_include_directories(pcg_opencv SYSTEM INTERFACE ${PCG_OPENCV_INCLUDE})
+      target_link_libraries(pcg_opencv INTERFACE ${PCG_OPENCV_IMGPROC} ${PCG_OPENCV_CORE})
+      set(PCG_HAVE_OPENCV ON CACHE INTERNAL "OpenCV imgproc is available")
+    else()
+      set(PCG_HAVE_OPENCV OFF CACHE INTERNAL "OpenCV imgproc is available")
+    endif()
+  endif()
+else()
+  add_library(pcg_opencv INTERFACE)
+  set(PCG_HAVE_OPENCV OFF CACHE INTERNAL "OpenCV imgproc is available")
 endif()
