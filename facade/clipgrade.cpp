@@ -18,7 +18,11 @@ const wchar_t kIompRelativePath[] = L"Kernel\\ImageRetouch\\libiomp5md.dll";
 
 PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL startCallbackThread,
                          WCHAR* imageRetouchDllPath, WCHAR* logRootKey)
-    : m_dspAgent(nullptr), m_dspBufAgent(nullptr), m_hDspAgentDll(nullptr), m_hIompDll(nullptr) {
+    : m_dspAgent(nullptr),
+      m_dspBufAgent(nullptr),
+      m_hDspAgentDll(nullptr),
+      m_hIompDll(nullptr),
+      m_hPassedAgentCode(nullptr) {
     DumpConfigure("PyClipGrade", nullptr, nullptr, logRootKey);
     DumpLog("PyClipGrade::PyClipGrade() enter\n");
 
@@ -26,6 +30,7 @@ PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL sta
     if (agentPassed) {
         // The only reference taken on a passed agent; it stays the caller's too.
         m_dspAgent = agent;
+        m_hPassedAgentCode = pcg::platform::AcquireModuleOfAddress(*reinterpret_cast<void* const*>(agent));
         m_dspAgent->AddRef();
         pcg::facade::RegisterHeldAgent(m_dspAgent);
         DumpLog("[PyClipGrade constructor] Get VXHvnDspAgent addr=0x%X",
@@ -70,6 +75,9 @@ PyClipGrade::~PyClipGrade() {
     DumpLog("PyClipGrade::~PyClipGrade() enter\n");
     m_fnReleaseAgents();
     m_fnFreeAgentLibraries();
+    if (pcg::platform::UnloadModule(m_hPassedAgentCode) == 1) {
+        m_hPassedAgentCode = nullptr;
+    }
     DumpLog("PyClipGrade::~PyClipGrade() end\n");
 }
 

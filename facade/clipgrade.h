@@ -57,6 +57,10 @@ public:
     IVXHvnDspAgent* m_dspBufAgent;
     pcg::platform::ModuleHandle m_hDspAgentDll;
     pcg::platform::ModuleHandle m_hIompDll;
+    // A reference on the library that holds a passed agent's code, so that the
+    // agent's code stays mapped while this facade holds it, even when the
+    // facade that loaded the library is gone first.
+    pcg::platform::ModuleHandle m_hPassedAgentCode;
 
 private:
     void m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent);

@@ -48,6 +48,12 @@ void* FindSymbol(ModuleHandle module, const char* name);
 // FreeLibrary: 1 on success, 0 on failure (a null handle fails).
 int UnloadModule(ModuleHandle module);
 
+// A further reference on the already loaded library that contains `address`
+// (GetModuleHandleExW from an address), released with UnloadModule. Null when
+// no loaded library contains it. Keeps an object's code mapped while the
+// object lives, whoever loaded the library first.
+ModuleHandle AcquireModuleOfAddress(const void* address);
+
 // -------------------------------------------------------------- environment
 
 // GetEnvironmentVariableW: false when the variable is not set. On Windows

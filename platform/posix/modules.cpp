@@ -86,6 +86,13 @@ void* FindSymbol(ModuleHandle module, const char* name) {
     return dlsym(module, name);
 }
 
+ModuleHandle AcquireModuleOfAddress(const void* address) {
+    Dl_info info{};
+    if (address == nullptr || dladdr(address, &info) == 0 || info.dli_fname == nullptr) return nullptr;
+    // RTLD_NOLOAD: only a library that is in the process already.
+    return dlopen(info.dli_fname, RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD);
+}
+
 int UnloadModule(ModuleHandle module) {
     if (module == nullptr) return 0;
     if (module == posix::TraceModuleHandle()) return 1;

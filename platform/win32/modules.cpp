@@ -73,6 +73,15 @@ void* FindSymbol(ModuleHandle module, const char* name) {
     return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
 }
 
+ModuleHandle AcquireModuleOfAddress(const void* address) {
+    HMODULE module = nullptr;
+    if (address == nullptr ||
+        !GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, static_cast<LPCWSTR>(address), &module)) {
+        return nullptr;
+    }
+    return module;
+}
+
 int UnloadModule(ModuleHandle module) {
     if (module == nullptr) return 0;
     return FreeLibrary(static_cast<HMODULE>(module)) ? 1 : 0;

@@ -1,11 +1,13 @@
 """How a facade gets its render agents, shares them and lets them go."""
 
 import os
+import subprocess
+import sys
 import tempfile
 
 import pytest
 
-from conftest import E_POINTER, S_OK
+from conftest import E_POINTER, HOST, S_OK
 
 PROTOTYPES = (
     "Wrong number of arguments for overloaded function 'new_PyClipGrade'.\n"
@@ -132,3 +134,21 @@ def test_missing_agent_library_leaves_facade_without_agents(shadow, journal, mon
     assert facade.PushTask(1, CLARITY, {}, True) == E_POINTER
     del facade
     assert journal.entries() == []
+
+
+def test_shared_agent_outlives_the_facade_that_loaded_its_library():
+    # A fresh interpreter, so that nothing else keeps the agent's library
+    # loaded: the facade that loaded it goes first, the sharing one after.
+    script = (
+        "import PyClipGrade\n"
+        "first = PyClipGrade.PyClipGrade()\n"
+        "second = PyClipGrade.PyClipGrade(first.GetDspAgentPtr(), 0)\n"
+        "del first\n"
+        "assert second.PushTask(1, 12, {'Clr': [[0, 1]]}, False) == 0\n"
+        "assert second.AddVideo(1, 0, 10, 1.0) == 0\n"
+        "del second\n"
+        "print('done')\n"
+    )
+    env = dict(os.environ, PYTHONPATH=HOST)
+    done = subprocess.run([sys.executable, "-c", script], env=env, capture_output=True, text=True, timeout=60)
+    assert (done.returncode, done.stdout) == (0, "done\n")

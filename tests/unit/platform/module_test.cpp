@@ -95,4 +95,30 @@ TEST(Module, SystemTraceLibraryNameMatchesWithoutRegardToCase) {
     EXPECT_EQ(UnloadModule(module), 1);
 }
 
+TEST(Module, ReferenceFromAnAddressKeepsTheLibraryLoaded) {
+    const std::wstring path = ProbePath(L"testing\\PlatformProbe.dll");
+    ModuleHandle module = LoadModule(path.c_str());
+    ASSERT_NE(module, nullptr);
+    auto fnBump = reinterpret_cast<AnswerFn>(FindSymbol(module, "PlatformProbeBump"));
+    ASSERT_NE(fnBump, nullptr);
+    fnBump();
+    ModuleHandle pinned = AcquireModuleOfAddress(reinterpret_cast<const void*>(fnBump));
+    ASSERT_NE(pinned, nullptr);
+    ASSERT_EQ(UnloadModule(module), 1);
+    // Still the same library with its state: the pin kept it in the process.
+    EXPECT_EQ(fnBump(), 2);
+    EXPECT_EQ(UnloadModule(pinned), 1);
+    module = LoadModule(path.c_str());
+    fnBump = reinterpret_cast<AnswerFn>(FindSymbol(module, "PlatformProbeBump"));
+    ASSERT_NE(fnBump, nullptr);
+    EXPECT_EQ(fnBump(), 1);
+    EXPECT_EQ(UnloadModule(module), 1);
+}
+
+TEST(Module, AddressOutsideEveryLibraryGivesNull) {
+    EXPECT_EQ(AcquireModuleOfAddress(nullptr), nullptr);
+    int onTheStack = 0;
+    EXPECT_EQ(AcquireModuleOfAddress(&onTheStack), nullptr);
+}
+
 }  // namespace
