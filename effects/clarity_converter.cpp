@@ -1,3 +1,4 @@
+#include "effects/converter_frame.h"
 #include "effects/converters.h"
 #include "effects/effect_keys.h"
 #include "effects/keyframe_reader.h"
@@ -6,12 +7,9 @@ namespace pcg {
 namespace effects {
 
 int32_t m_fnClarityToEffect(PyClipGrade*, FUNCTION_ID, PyObject* effect, engine::EffectRecordHeader*& record) {
-    auto* clarity = engine::NewEffectRecord<engine::ClarityRecord>(EFFECT_VERSION_LATEST);
-    if (clarity != nullptr) {
-        ReadKeyframes(effect, STR_CLARITY, clarity->clarity);
-    }
-    record = reinterpret_cast<engine::EffectRecordHeader*>(clarity);
-    return 0;
+    return BuildEffectRecord<engine::ClarityRecord>(record, [effect](engine::ClarityRecord& clarity) {
+        ReadKeyframes(effect, STR_CLARITY, clarity.clarity);
+    });
 }
 
 }  // namespace effects

@@ -18,24 +18,51 @@ void ParseElement(PyObject* item, Py_ssize_t index, Py_ssize_t itemSize, const c
         return;
     }
     PyObject* element = PyList_GetItem(item, index);
-    if (element != nullptr && !PyArg_Parse(element, format, out)) {
-        // The field keeps its initial value. The parse error is not left
-        // pending: the operation answers with its own result, and a Python 3
-        // interpreter refuses a result that comes with an error set.
-        PyErr_Clear();
+    if (element != nullptr) {
+        ParseScalar(element, format, out);
     }
 }
 
 }  // namespace
 
+bool ParseScalar(PyObject* object, const char* format, void* out) {
+    if (PyArg_Parse(object, format, out)) {
+        return true;
+    }
+    // The field keeps its initial value. The parse error is not left
+    // pending: the operation answers with its own result, and a Python 3
+    // interpreter refuses a result that comes with an error set.
+    PyErr_Clear();
+    return false;
+}
+
+bool FindKeyedList(PyObject* effect, const char* key, PyObject*& list, int32_t& size) {
+    list = nullptr;
+    size = 0;
+    if (effect == nullptr || !PyDict_Check(effect)) {
+        return false;
+    }
+    list = PyDict_GetItemString(effect, key);
+    if (list == nullptr) {
+        return false;
+    }
+    size = PyList_Check(list) ? static_cast<int32_t>(PyList_Size(list)) : -1;
+    return true;
+}
+
 void ReadKeyedSetting(PyObject* effect, const char* key, const char* valueFormat, std::size_t valueSize,
                       void* target, KeyframeSink sink) {
-    if (effect == nullptr || !PyDict_Check(effect) || valueSize > kMaxValueSize) {
-        return;
+    PyObject* list = nullptr;
+    int32_t size = 0;
+    if (FindKeyedList(effect, key, list, size)) {
+        ReadKeyframeList(list, key, valueFormat, valueSize, target, sink);
     }
-    PyObject* list = PyDict_GetItemString(effect, key);
+}
+
+void ReadKeyframeList(PyObject* list, const char* label, const char* valueFormat, std::size_t valueSize,
+                      void* target, KeyframeSink sink) {
     // A value that is not a list counts as an empty one.
-    if (list == nullptr || !PyList_Check(list)) {
+    if (list == nullptr || !PyList_Check(list) || valueSize > kMaxValueSize) {
         return;
     }
     const int32_t count = static_cast<int32_t>(PyList_Size(list));
@@ -44,7 +71,7 @@ void ReadKeyedSetting(PyObject* effect, const char* key, const char* valueFormat
         if (item == nullptr || !PyList_Check(item)) {
             // Keyframe items are lists; anything else has no time or value
             // to read, so it is skipped rather than guessed at.
-            DumpLog("[Err] keyframe %d of \"%s\" is not a list; skipped\n", index, key);
+            DumpLog("[Err] keyframe %d of \"%s\" is not a list; skipped\n", index, label);
             continue;
         }
         const Py_ssize_t itemSize = PyList_Size(item);

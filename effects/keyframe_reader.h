@@ -40,14 +40,39 @@ struct KeyframeFormat<double> {
     static constexpr const char* letters = "d";
 };
 
+// The keyframe loop of ReadKeyedSetting on a list already at hand, such as one
+// band of a band list. `label` names the list in log lines. Anything but a
+// non-empty list leaves the target untouched.
+void ReadKeyframeList(PyObject* list, const char* label, const char* valueFormat, std::size_t valueSize,
+                      void* target, KeyframeSink sink);
+
+// Looks `key` up in `effect`. False when the key is absent (or the effect is
+// no dictionary). Otherwise `list` is the value and `size` its length as the
+// reader takes it: the low 32 bits, and -1 for a value that is not a list.
+bool FindKeyedList(PyObject* effect, const char* key, PyObject*& list, int32_t& size);
+
+// Parses `object` with a one-unit format into `out`. On failure `out` keeps
+// its value, no interpreter error is left pending, and the result is false.
+bool ParseScalar(PyObject* object, const char* format, void* out);
+
+template <typename TValue>
+void AppendParsedKeyframe(void* target, int64_t time, const void* value, int32_t interpolation) {
+    engine::AppendKeyframe(*static_cast<engine::KeyframeVector<TValue>*>(target), time,
+                           *static_cast<const TValue*>(value), interpolation);
+}
+
 // Reads a keyed setting of integer, float or double values into `vector`.
 template <typename TValue>
 void ReadKeyframes(PyObject* effect, const char* key, engine::KeyframeVector<TValue>& vector) {
     ReadKeyedSetting(effect, key, KeyframeFormat<TValue>::letters, sizeof(TValue), &vector,
-                     [](void* target, int64_t time, const void* value, int32_t interpolation) {
-                         engine::AppendKeyframe(*static_cast<engine::KeyframeVector<TValue>*>(target), time,
-                                                *static_cast<const TValue*>(value), interpolation);
-                     });
+                     AppendParsedKeyframe<TValue>);
+}
+
+// Reads one keyframe list of integer, float or double values into `vector`.
+template <typename TValue>
+void ReadKeyframeList(PyObject* list, const char* label, engine::KeyframeVector<TValue>& vector) {
+    ReadKeyframeList(list, label, KeyframeFormat<TValue>::letters, sizeof(TValue), &vector,
+                     AppendParsedKeyframe<TValue>);
 }
 
 }  // namespace effects

@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "engine/constants.h"
+#include "engine/keyed_records/local_records.h"
+#include "engine/keyed_records/tone_records.h"
 
 namespace pcg {
 namespace engine {
@@ -20,6 +22,12 @@ const EntryLayout kEntryLayouts[] = {
     PlainEntry<int32_t>(EntryKind::Int32),
     PlainEntry<float>(EntryKind::Float),
     PlainEntry<double>(EntryKind::Double),
+    PlainEntry<ColorReplaceSetting>(EntryKind::ColorReplace),
+    PlainEntry<ColorsplashSetting>(EntryKind::ColorSplash),
+    // The curve entry owns its mapping table.
+    EntryLayout{EntryKind::Curve, sizeof(CurveKeyframeEntry), offsetof(CurveKeyframeEntry, value),
+                offsetof(CurveKeyframeEntry, nInterpolation),
+                [](void* entry) { FreeEffectMemory(static_cast<CurveKeyframeEntry*>(entry)->value); }},
 };
 
 constexpr std::size_t Length(const char* text) {
@@ -33,15 +41,26 @@ constexpr EffectLayout PlainRecord(FUNCTION_ID function, const char* name, const
                         PlainRecordSize(Length(vectors))};
 }
 
+// One row per local adjustment: the letters are those of each per-mask
+// record's vectors, and the size is the per-mask record's.
+constexpr EffectLayout LocalRecord(FUNCTION_ID function, const char* name, const char* vectors) {
+    return EffectLayout{static_cast<uint32_t>(function), name, RecordForm::Local, vectors,
+                        MaskRecordSize(Length(vectors))};
+}
+
+// The HSL adjustment, global or per mask: vibrancy, then one vector per
+// colour band for hue, saturation and luminance.
+constexpr const char kHSLVectors[] =
+    "i"          // vibrancy
+    "iiiiiiii"   // hue per band
+    "iiiiiiii"   // saturation per band
+    "iiiiiiii";  // luminance per band
+
 constexpr EffectLayout kEffectLayouts[] = {
     PlainRecord(FUNCTION_SET_BLACKWHITE, "black and white", "iiiiiiii"),
     PlainRecord(FUNCTION_SET_WB, "white balance", "ii"),
     PlainRecord(FUNCTION_SET_TONE, "tone", "diiiiii"),
-    PlainRecord(FUNCTION_SET_HSLCOLOR, "HSL",
-                "i"           // vibrancy
-                "iiiiiiii"    // hue per band
-                "iiiiiiii"    // saturation per band
-                "iiiiiiii"),  // luminance per band
+    PlainRecord(FUNCTION_SET_HSLCOLOR, "HSL", kHSLVectors),
     PlainRecord(FUNCTION_SET_SHARP, "sharpen", "idiii"),
     PlainRecord(FUNCTION_SET_NOISE, "noise", "iiii"),
     PlainRecord(FUNCTION_SET_CLARITY, "clarity", "i"),
@@ -52,6 +71,21 @@ constexpr EffectLayout kEffectLayouts[] = {
     PlainRecord(FUNCTION_SET_SPLITTONE, "split tone", "ddddd"),
     PlainRecord(FUNCTION_SET_HUESHIFT, "hue shift", "f"),
     PlainRecord(FUNCTION_SET_HDR, "HDR", "iiidii"),
+    PlainRecord(FUNCTION_SET_TONECURVE_RGB, "tone curve", "c"),
+    PlainRecord(FUNCTION_SET_TONECURVE, "tone curve channel", "ccc"),  // red, green, blue
+    PlainRecord(FUNCTION_SET_COLORREPLACE, "colour replacement", "r"),
+    PlainRecord(FUNCTION_SET_COLORSPLASH, "colour splash", "s"),
+    LocalRecord(FUNCTION_SET_WB_MASK, "white balance per mask", "ii"),
+    LocalRecord(FUNCTION_SET_TONE_MASK, "tone per mask", "dii"),
+    LocalRecord(FUNCTION_SET_CLARITY_MASK, "clarity per mask", "i"),
+    LocalRecord(FUNCTION_SET_SATURATION_MASK, "saturation per mask", "i"),
+    LocalRecord(FUNCTION_SET_HSLCOLOR_MASK, "HSL per mask", kHSLVectors),
+    LocalRecord(FUNCTION_SET_COLORREPLACE_MASK, "colour replacement per mask", "r"),
+    LocalRecord(FUNCTION_SET_BWTINT_MASK, "tint per mask", "id"),
+    LocalRecord(FUNCTION_SET_MEAN_BLUR_MASK, "blur per mask", "i"),
+    LocalRecord(FUNCTION_SET_COLORSPLASH_MASK, "colour splash per mask", "s"),
+    EffectLayout{static_cast<uint32_t>(FUNCTION_SET_SHOW_MASK), "show mask", RecordForm::ShowMask, "",
+                 sizeof(ShowMaskRecord)},
 };
 
 }  // namespace
@@ -86,20 +120,22 @@ std::size_t VectorCount(const EffectLayout& layout) {
     return std::strlen(layout.pszVectors);
 }
 
-ContractVector<void*>& RecordVector(EffectRecordHeader* record, std::size_t index) {
-    auto* base = reinterpret_cast<unsigned char*>(record);
-    return *reinterpret_cast<ContractVector<void*>*>(base + kFirstVectorOffset + index * kVectorSize);
+namespace {
+
+ContractVector<void*>& VectorAt(void* block, std::size_t firstOffset, std::size_t index) {
+    auto* base = static_cast<unsigned char*>(block);
+    return *reinterpret_cast<ContractVector<void*>*>(base + firstOffset + index * kVectorSize);
 }
 
-FreedRecord FreeEffectRecord(const EffectLayout& layout, EffectRecordHeader* record) {
-    FreedRecord freed{0};
-    if (!record) {
-        return freed;
-    }
+// Frees the entries of the layout's vectors, which begin at `firstOffset` of
+// `block`, and each vector's storage; the block itself stays. Returns the
+// number of entries freed.
+std::size_t FreeVectors(const EffectLayout& layout, void* block, std::size_t firstOffset) {
+    std::size_t entries = 0;
     const std::size_t count = VectorCount(layout);
     for (std::size_t index = 0; index < count; ++index) {
         const EntryLayout* entryLayout = FindEntryLayout(layout.pszVectors[index]);
-        ContractVector<void*>& vector = RecordVector(record, index);
+        ContractVector<void*>& vector = VectorAt(block, firstOffset, index);
         for (void* entry : vector) {
             if (!entry) {
                 continue;
@@ -108,9 +144,52 @@ FreedRecord FreeEffectRecord(const EffectLayout& layout, EffectRecordHeader* rec
                 entryLayout->fnFreeOwned(entry);
             }
             FreeEffectMemory(entry);
-            ++freed.nEntries;
+            ++entries;
         }
         vector.Free();
+    }
+    return entries;
+}
+
+}  // namespace
+
+ContractVector<void*>& RecordVector(EffectRecordHeader* record, std::size_t index) {
+    return VectorAt(record, kFirstVectorOffset, index);
+}
+
+ContractVector<void*>& MaskRecordVector(MaskRecordHead* record, std::size_t index) {
+    return VectorAt(record, kFirstMaskVectorOffset, index);
+}
+
+std::size_t FreeMaskRecord(const EffectLayout& layout, MaskRecordHead* record) {
+    if (!record) {
+        return 0;
+    }
+    const std::size_t entries = FreeVectors(layout, record, kFirstMaskVectorOffset);
+    FreeEffectMemory(record);
+    return entries;
+}
+
+FreedRecord FreeEffectRecord(const EffectLayout& layout, EffectRecordHeader* record) {
+    FreedRecord freed{0};
+    if (!record) {
+        return freed;
+    }
+    switch (layout.eForm) {
+    case RecordForm::Plain:
+        freed.nEntries = FreeVectors(layout, record, kFirstVectorOffset);
+        break;
+    case RecordForm::Local:
+        // The map's nodes, each per-mask record with its vectors, the head.
+        reinterpret_cast<LocalEffectRecord*>(record)->masks.Free([&](MaskRecordHead* mask) {
+            if (mask) {
+                freed.nEntries += FreeMaskRecord(layout, mask);
+                ++freed.nMaskRecords;
+            }
+        });
+        break;
+    case RecordForm::ShowMask:
+        break;
     }
     FreeEffectMemory(record);
     return freed;

@@ -15,12 +15,15 @@ namespace engine {
 
 // Entry kinds are named by the letter the keyframe reader parses the value
 // with, so a record's vectors read as a short word: "diiiiii" is the tone
-// record. Larger entries (curve, colour replacement, colour splash) get
-// letters of their own when they come.
+// record. Larger entries (curve, colour replacement, colour splash) have
+// letters of their own.
 enum class EntryKind : char {
     Int32 = 'i',
     Float = 'f',
     Double = 'd',
+    ColorReplace = 'r',  // a whole ColorReplaceSetting, 56-byte entry
+    ColorSplash = 's',   // a whole colour splash setting, 72-byte entry
+    Curve = 'c',         // a tone curve's mapping table, 24-byte entry owning its table
 };
 
 struct EntryLayout {
@@ -37,7 +40,9 @@ const EntryLayout* FindEntryLayout(char letter);
 
 // How a record is built after its header.
 enum class RecordForm {
-    Plain,   // keyframe vectors back to back from offset 8
+    Plain,     // keyframe vectors back to back from offset 8
+    Local,     // an ordered map of per-mask records, each with its vectors from offset 16
+    ShowMask,  // the show-mask record: plain fields, nothing hangs on it
 };
 
 struct EffectLayout {
@@ -45,7 +50,7 @@ struct EffectLayout {
     const char* pszName;     // the record's name, for logs and the journal
     RecordForm eForm;
     const char* pszVectors;  // one entry-kind letter per vector, in record order
-    uint32_t nRecordSize;
+    uint32_t nRecordSize;    // for a local record: the size of each per-mask record
 };
 
 // Size of a plain record with `vectorCount` vectors.
@@ -66,9 +71,19 @@ std::size_t VectorCount(const EffectLayout& layout);
 // The vector at `index` of a plain record, viewed with untyped element pointers.
 ContractVector<void*>& RecordVector(EffectRecordHeader* record, std::size_t index);
 
+struct MaskRecordHead;
+
+// The vector at `index` of a per-mask record of a local record.
+ContractVector<void*>& MaskRecordVector(MaskRecordHead* record, std::size_t index);
+
+// Frees one per-mask record of a local layout with its entries and vector
+// storage; returns the number of entries freed. A null record frees nothing.
+std::size_t FreeMaskRecord(const EffectLayout& layout, MaskRecordHead* record);
+
 // What freeing a record gave back, for the agent's accounting.
 struct FreedRecord {
-    std::size_t nEntries;   // keyframe entries freed
+    std::size_t nEntries;          // keyframe entries freed
+    std::size_t nMaskRecords = 0;  // per-mask records freed with a local record
 };
 
 // Frees a record by its layout: every entry with what it owns, each vector's

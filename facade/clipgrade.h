@@ -11,6 +11,8 @@
 #include "engine/records/record_types.h"
 #include "platform/platform.h"
 
+struct ToneCurveRGBSetting;
+
 // Type words of the script surface beyond those of the records.
 using UINT = std::uint32_t;
 using WCHAR = wchar_t;
@@ -52,6 +54,11 @@ public:
     void SetDspVideoID(UINT videoID);
     UINT GetDspVideoID();
     void SetOverUnderExposureImage(bool enable);
+
+    // A tone curve's full 16-bit mapping table for the engine: 65536 ints
+    // from the effect heap, owned by the caller (a curve keyframe entry, and
+    // with it the agent). Null only when the heap refuses.
+    int* Query_ToneMapInfoForEngine(ToneCurveRGBSetting setToneCurve);
 
     IVXHvnDspAgent* m_dspAgent;
     IVXHvnDspAgent* m_dspBufAgent;

@@ -16,8 +16,16 @@ namespace refagent {
 // true for a non-null pointer, null for a null one.
 Json OpaqueJson(const void* pointer);
 
-// RECORD: {"version", "word", "vectors": [VECTOR, ...]} for a plain record,
-// VECTOR a list of {"time", "value", "interp"} or null for a null element.
+// RECORD, by the layout of its FUNCTION_ID:
+// - a plain record: {"version", "word", "vectors": [VECTOR, ...]}, VECTOR a
+//   list of {"time", "value", "interp"} or null for a null element; the value
+//   is a number, {"table": null | {"sha256": hex}} for a curve entry, or the
+//   setting's fields by name for a colour replacement or colour splash entry;
+// - a local adjustment record: {"version", "masks": [{"key",
+//   "nEffectVersion", "nMaskID", "nMaskType", "vectors"}, ...]} in the map's
+//   own iteration order;
+// - the show-mask record: {"version", "nMaskType", "nMaskID", "maskColor":
+//   [r, g, b, depth, space]}.
 // A record whose FUNCTION_ID has no known layout gives only "version" and
 // "word". Null for a null record.
 Json RecordJson(uint32_t functionID, const pcg::engine::EffectRecordHeader* record);

@@ -2,6 +2,7 @@
 a settings file of the tests' own, and the reference agent's journal."""
 
 import ctypes
+import gc
 import json
 import os
 import sys
@@ -81,6 +82,10 @@ def shadow():
 
 @pytest.fixture
 def journal():
+    # Facades left in reference cycles by earlier tests (tracebacks kept by
+    # pytest.raises) would otherwise be collected, and write to the journal,
+    # in the middle of this test.
+    gc.collect()
     j = Journal(AGENT_LIBRARY)
     j.reset()
     yield j
