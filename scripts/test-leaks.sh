@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Runs every script in tests/leak under valgrind: no block that the module or
-# the reference engines allocated may be lost, and no invalid access may happen.
+# Runs every script in tests/leak, and the Python tests that push records,
+# under valgrind: no block that the module or the reference engines allocated
+# may be lost, and no invalid access may happen.
 set -euo pipefail
 build=${1:-build}
-host=$(cd "$build/host" && pwd)
+build=$(cd "$build" && pwd)
+host=$build/host
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 status=0
@@ -18,4 +20,18 @@ for script in tests/leak/*.py; do
     status=1
   fi
 done
+
+# The Python tests that push records through facades, under valgrind too.
+cd tests/python
+if PYCLIPGRADE_BUILD="$build" valgrind --quiet --leak-check=full \
+      --show-leak-kinds=definite,indirect --errors-for-leak-kinds=definite,indirect \
+      --error-exitcode=3 /usr/bin/python3 -m pytest -q -p no:cacheprovider \
+      test_facade_*.py test_push_task.py test_video_operations.py test_effects_*.py \
+      test_local_adjustments.py test_show_mask.py >"$log" 2>&1; then
+  echo "leak check of the facade and effect tests: $(tail -1 "$log")"
+else
+  cat "$log"
+  echo "leak check of the facade and effect tests: FAILED"
+  status=1
+fi
 exit $status

@@ -49,6 +49,8 @@ class Journal:
         self.lib.RefAgent_Reset.argtypes = []
         self.lib.RefAgent_SetResult.restype = None
         self.lib.RefAgent_SetResult.argtypes = [ctypes.c_char_p, ctypes.c_char_p, ctypes.c_double]
+        self.lib.RefAgent_Counter.restype = ctypes.c_int64
+        self.lib.RefAgent_Counter.argtypes = [ctypes.c_char_p]
 
     def entries(self):
         length = self.lib.RefAgent_Journal(None, 0)
@@ -60,6 +62,11 @@ class Journal:
     def ops(self, op, agent=None):
         return [e for e in self.entries()
                 if e["op"] == op and (agent is None or e.get("agent") == agent)]
+
+    def counter(self, name):
+        """An ownership counter of the agent library: "agentsLive",
+        "recordsHeld", "recordsFreed", "entriesFreed", ..."""
+        return self.lib.RefAgent_Counter(name.encode())
 
     def reset(self):
         self.lib.RefAgent_Reset()

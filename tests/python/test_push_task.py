@@ -166,3 +166,26 @@ def test_bool_argument_refuses_other_types(facade):
     with pytest.raises(TypeError) as caught:
         facade.PushTask(1, PY_SET_CLARITY, {}, "yes")
     assert str(caught.value) == "in method 'PyClipGrade_PushTask', argument 5 of type 'bool'"
+
+
+def test_replaced_record_is_freed_with_its_entries(shadow, journal):
+    facade = shadow.PyClipGrade()
+    held, freed, entries = (journal.counter(n) for n in ("recordsHeld", "recordsFreed", "entriesFreed"))
+    facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1], [10, 2], [20, 3]]}, False)
+    assert journal.counter("recordsHeld") == held + 1
+    facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 4]]}, False)
+    assert journal.counter("recordsHeld") == held + 1
+    assert journal.counter("recordsFreed") == freed + 1
+    assert journal.counter("entriesFreed") == entries + 3
+
+
+def test_deleted_facade_leaves_no_record_or_agent(shadow, journal):
+    agents, held = journal.counter("agentsLive"), journal.counter("recordsHeld")
+    facade = shadow.PyClipGrade()
+    for clip in range(4):
+        facade.PushTask(clip, PY_SET_CLARITY, {"Clr": [[0, clip]]}, clip % 2 == 1)
+    assert journal.counter("agentsLive") == agents + 2
+    assert journal.counter("recordsHeld") == held + 4
+    del facade
+    assert journal.counter("agentsLive") == agents
+    assert journal.counter("recordsHeld") == held
