@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 PYTHON := /usr/bin/python3
 HOST := $(BUILD)/host
 
-.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-windows demo bench clean
+.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo bench clean
 
 all: build
 
@@ -35,10 +35,18 @@ test-sanitize: deps
 	cmake --build $(BUILD)-asan -j $(JOBS)
 	UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --test-dir $(BUILD)-asan --output-on-failure -j $(JOBS)
 
+# The code with threads and locks (platform primitives, the log, the
+# reference agent's writer lock and journal) under ThreadSanitizer.
+THREAD_TESTS := platform_test runtime_test reference_test
+test-threads: deps
+	cmake -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_PYTHON=OFF -DPCG_SANITIZE=thread
+	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp
+	TSAN_OPTIONS=halt_on_error=1 ctest --test-dir $(BUILD)-tsan --output-on-failure -R '^($(subst $(eval) ,|,$(THREAD_TESTS)))$$'
+
 test-windows: deps
 	bash scripts/test-windows.sh
 
-test: test-unit test-python test-leaks test-sanitize test-windows
+test: test-unit test-python test-leaks test-sanitize test-threads test-windows
 
 demo: build
 	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/demo.py
