@@ -100,12 +100,23 @@ def journal():
 
 
 @pytest.fixture
-def trace_on():
+def trace_on(shadow):
     """Switches the trace on for facades made in the test; lines go to
     standard error."""
     write_settings({"DumpMsg": 1})
     yield
     write_settings({})
+    # The switches change only when a facade is made: make one that loads no
+    # engine, so that facades going later are silent again.
+    host = os.environ.get("PYCLIPGRADE_HOST_DIR")
+    os.environ["PYCLIPGRADE_HOST_DIR"] = _settings_dir
+    try:
+        shadow.PyClipGrade()
+    finally:
+        if host is None:
+            del os.environ["PYCLIPGRADE_HOST_DIR"]
+        else:
+            os.environ["PYCLIPGRADE_HOST_DIR"] = host
 
 
 def hresult(code):
