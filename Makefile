@@ -53,7 +53,7 @@ demo: build
 
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
-	cmake --build $(BUILD)-bench -j $(JOBS)
+	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench
 	bash bench/run.sh $(BUILD)-bench
 
 clean:
