@@ -36,6 +36,11 @@ std::wstring JoinHostPath(const std::wstring& folder, const std::wstring& relati
 // and a ".dll" suffix replaced by ".so"; loaded RTLD_NOW | RTLD_LOCAL.
 ModuleHandle LoadModule(const wchar_t* path);
 
+// LoadLibraryExW with LOAD_WITH_ALTERED_SEARCH_PATH: the libraries that the
+// loaded one depends on are looked for in its own folder first. On POSIX the
+// same as LoadModule (the dynamic loader has no such search order to alter).
+ModuleHandle LoadModuleFromItsFolder(const wchar_t* path);
+
 // LoadLibraryA by a bare system library name. On POSIX the system trace
 // library "advapi32.dll" is built in: the handle is a pseudo module whose
 // symbols "EventRegister", "EventWriteString" and "EventUnregister" write to

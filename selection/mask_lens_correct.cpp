@@ -207,7 +207,6 @@ void MaskLensCorrect::WarpMask(const BufferData& inputMask, const LensCorrectSet
     const int nStride = inputMask.nStride;
     const uint8_t* pIn = inputMask.pBuffer;
     uint8_t* pOut = outputMask.pBuffer;
-    if (W <= 0 || H <= 0) return;
     const int nDistortion = setting.nDistortion;
     const double cx = (W + 1) * 0.5 - 1.0;
     const double cy = (H + 1) * 0.5 - 1.0;
@@ -219,6 +218,8 @@ void MaskLensCorrect::WarpMask(const BufferData& inputMask, const LensCorrectSet
     }
     const bool bPerspective = !(setting.nVertical == 0 && setting.nHorizontal == 0);
     if (bPerspective) ComputePerspective(W, H, setting.nVertical, setting.nHorizontal);
+    // The geometry above is set up even for a mask without pixels.
+    if (W <= 0 || H <= 0) return;
 
     const double dMaxX = W - 1;
     const double dMaxY = H - 1;

@@ -55,6 +55,8 @@ int32_t CropRotateMask(const BufferData& mask1, const CropRotateSetting& setting
     const int H = mask1.nHeight;
     const int nStride = mask1.nStride;
     const uint8_t* pIn = mask1.pBuffer;
+    // An empty crop reads nothing, whatever mask1 is.
+    if (setting.nWidth <= 0 || setting.nHeight <= 0) return pcg::kResultOk;
     if (W < 1 || H < 1) {
         // Clamping to an empty source would read before the buffer.
         DumpLog("CSelectionTool::SelectionMaskOperation [Err] empty mask1 %d x %d\n", W, H);

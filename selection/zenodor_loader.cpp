@@ -32,7 +32,7 @@ int32_t ZenodorLoader::m_fnLoadZenodor() {
     }
     const std::wstring path = pcg::platform::JoinHostPath(pcg::platform::HostDirectory(),
                                                           L"Kernel\\ImageRetouch\\Zenodor.dll");
-    m_hZenodorLibrary = pcg::platform::LoadModule(path.c_str());
+    m_hZenodorLibrary = pcg::platform::LoadModuleFromItsFolder(path.c_str());
     if (!m_hZenodorLibrary) {
         DumpLog("ZenodorLoader::m_fnLoadZenodor Null Pointer : m_hZenodorLibrary\n");
         return pcg::kResultPointer;

@@ -73,6 +73,10 @@ ModuleHandle LoadModule(const wchar_t* path) {
     return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
+ModuleHandle LoadModuleFromItsFolder(const wchar_t* path) {
+    return LoadModule(path);
+}
+
 ModuleHandle LoadModuleNarrow(const char* name) {
     if (name == nullptr || name[0] == '\0') return nullptr;
     if (posix::IsTraceModuleName(name)) return posix::TraceModuleHandle();

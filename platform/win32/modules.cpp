@@ -63,6 +63,11 @@ ModuleHandle LoadModule(const wchar_t* path) {
     return LoadLibraryW(path);
 }
 
+ModuleHandle LoadModuleFromItsFolder(const wchar_t* path) {
+    if (path == nullptr || path[0] == L'\0') return nullptr;
+    return LoadLibraryExW(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
 ModuleHandle LoadModuleNarrow(const char* name) {
     if (name == nullptr || name[0] == '\0') return nullptr;
     return LoadLibraryA(name);

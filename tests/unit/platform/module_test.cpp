@@ -19,6 +19,16 @@ TEST(Module, LoadsLibraryByWindowsStylePathBelowHost) {
     EXPECT_EQ(UnloadModule(module), 1);
 }
 
+TEST(Module, LoadsLibraryWithItsOwnFolderSearchedFirst) {
+    ModuleHandle module = LoadModuleFromItsFolder(ProbePath(L"testing\\PlatformProbe.dll").c_str());
+    ASSERT_NE(module, nullptr);
+    auto fnAnswer = reinterpret_cast<AnswerFn>(FindSymbol(module, "PlatformProbeAnswer"));
+    ASSERT_NE(fnAnswer, nullptr);
+    EXPECT_EQ(UnloadModule(module), 1);
+    EXPECT_EQ(LoadModuleFromItsFolder(ProbePath(L"testing\\NoSuchLibrary.dll").c_str()), nullptr);
+    EXPECT_EQ(LoadModuleFromItsFolder(nullptr), nullptr);
+}
+
 TEST(Module, DllSuffixMatchesWithoutRegardToCase) {
     ModuleHandle module = LoadModule(ProbePath(L"testing\\PlatformProbe.DLL").c_str());
     ASSERT_NE(module, nullptr);

@@ -189,6 +189,43 @@ TEST(MaskLensCorrect, ReverseUndoesDirectForEitherSign) {
     }
 }
 
+TEST(MaskLensCorrect, SolverEqualsTheClosedFormStepByStep) {
+    // Every point of a grid over masks of several sizes, for distortions of
+    // both signs, and for a polynomial set by hand: the same bits, and the
+    // same result code, as the plain steps.
+    std::mt19937 rng(606);
+    std::uniform_real_distribution<double> coefficient(-0.6, 0.6);
+    for (int round = 0; round < 40; ++round) {
+        const int W = 5 + 7 * round, H = 3 + 5 * round;
+        const int distortion = round % 2 ? 4 * round : -4 * round - 1;
+        MaskLensCorrect lens;
+        TestMask in(W, H), out(W, H);
+        lens.TransformMask(in.View(), Lens(distortion), 1, out.View());
+        if (round % 5 == 4) {
+            lens.m_dPolyA = coefficient(rng);
+            lens.m_dPolyB = coefficient(rng);
+            lens.m_dPolyC = coefficient(rng);
+            lens.m_dPolyD = 1 - lens.m_dPolyA - lens.m_dPolyB - lens.m_dPolyC;
+        }
+        const double cx = (W + 1) * 0.5 - 1.0, cy = (H + 1) * 0.5 - 1.0;
+        int moved = 0;
+        for (int y = 0; y < H; y += 1 + H / 9)
+            for (int x = 0; x < W; x += 1 + W / 11) {
+                double ax = x, ay = y, bx = x, by = y;
+                const int32_t ra = lens.SolveRadialInverse(ax, ay, cx, cy, distortion);
+                const int32_t rb = oracle::SolveRadialInverse(lens, bx, by, cx, cy, distortion);
+                ASSERT_EQ(ra, rb) << round << " " << x << " " << y;
+                ASSERT_EQ(ax, bx) << round << " " << x << " " << y;
+                ASSERT_EQ(ay, by) << round << " " << x << " " << y;
+                moved += ax != x || ay != y;
+            }
+        // A hand-set polynomial may have no usable root anywhere.
+        if (round % 5 != 4) {
+            EXPECT_GT(moved, 0) << round;
+        }
+    }
+}
+
 TEST(MaskLensCorrect, SolverLeavesPointsBeyondTheCornerRadius) {
     MaskLensCorrect lens;
     lens.m_dRadius = 5;
@@ -248,6 +285,20 @@ TEST_F(LensLog, SolveLogTextsCarryTheQuad) {
     EXPECT_TRUE(Logged(" dQuad2D = (+0.000000, +1.750000), (+0.000000, +1.750000), "
                        "(+0.000000, +5.250000), (+0.000000, +5.250000)"));
     EXPECT_TRUE(Logged(" FocusDistance = 4, dQuad3D = (+0.000000, +0.000000, +0.000000, +0.000000)"));
+}
+
+TEST_F(LensLog, MaskWithoutColumnsStillSetsUpTheGeometry) {
+    // Zero columns: no pixel to warp, but the radius, the polynomial and the
+    // perspective solve (which fails on the empty rectangle) are still done.
+    MaskLensCorrect lens;
+    TestMask in(1, 5, 1, 255), out(1, 5, 1, 9);
+    BufferData inView = in.View(), outView = out.View();
+    inView.nWidth = outView.nWidth = 0;
+    ASSERT_EQ(lens.TransformMask(inView, Lens(10, 20), 0, outView), 0);
+    EXPECT_EQ(lens.m_dRadius, std::sqrt(0.5 * 0.5 + 2.0 * 2.0));
+    EXPECT_EQ(lens.m_dPolyA, -(10 * 0.0016));
+    EXPECT_TRUE(Logged(" GetPerspectiveTransform failed. (error -6)"));
+    EXPECT_EQ(out.bytes, std::vector<uint8_t>(5, 9));
 }
 
 TEST(MaskLensCorrect, InverseIsTheMatrixInverse) {

@@ -135,6 +135,44 @@ inline void CropRotate(const BufferData& m1, const CropRotateSetting& s, const B
         }
 }
 
+// The inverse of the radial polynomial, by Ferrari's closed form, step by
+// step on the lens's coefficients and radius.
+inline int32_t SolveRadialInverse(const MaskLensCorrect& lens, double& x, double& y, double cx,
+                                  double cy, int nDistortion) {
+    const double R = lens.m_dRadius, a = lens.m_dPolyA;
+    const double u = (x - cx) / R, v = (y - cy) / R, q = std::sqrt(u * u + v * v);
+    if (q > 1.0 || !(q > 0)) return 0;
+    const double B = lens.m_dPolyB / a, C = lens.m_dPolyC / a, D = lens.m_dPolyD / a;
+    const double alpha = C - B * B * 0.375;
+    const double beta = B * B * B * 0.125 + D - C * B * 0.5;
+    const double gamma = -(q / a) - B * B * B * B * 3.0 * 0.00390625 + B * B * C * 0.0625 - D * B * 0.25;
+    const double P = -(alpha * alpha / 12.0) - gamma;
+    const double Q = gamma * alpha / 3.0 - alpha * alpha * alpha / 108.0 - beta * beta * 0.125;
+    const double U = std::pow(std::sqrt(P * P * P / 27.0 + Q * Q * 0.25) - Q * 0.5, 1.0 / 3.0);
+    const double Y = U == 0 ? alpha * -5.0 / 6.0 + U - std::pow(Q, 1.0 / 3.0)
+                            : alpha * -5.0 / 6.0 + U - P / (U * 3.0);
+    if (!(alpha + 2 * Y > 0)) return static_cast<int32_t>(0x80004005u);
+    const double Wr = std::sqrt(alpha + 2 * Y), E = 2 * beta / Wr, G = 3 * alpha + 2 * Y;
+    double res = q;
+    const auto take = [&](double candidate) {
+        if (candidate < 0 || std::isnan(candidate)) return;
+        if (nDistortion < 0 ? candidate >= q : candidate <= q) res = candidate;
+    };
+    if (G + E < 0) {
+        const double S = std::sqrt(-(G + E));
+        take((Wr - S) * 0.5 - B * 0.25);
+        take((S + Wr) * 0.5 - B * 0.25);
+    }
+    if (G - E < 0) {
+        const double S = std::sqrt(-(G - E));
+        take((-Wr - S) * 0.5 - B * 0.25);
+        take((S - Wr) * 0.5 - B * 0.25);
+    }
+    x = res * u / q * R + cx;
+    y = res * v / q * R + cy;
+    return 0;
+}
+
 // The per-pixel warp, with the per-point pieces of MaskLensCorrect.
 inline void WarpMask(MaskLensCorrect& lens, const BufferData& in, const LensCorrectSetting& s,
                      int nMode, const BufferData& out) {
@@ -159,7 +197,7 @@ inline void WarpMask(MaskLensCorrect& lens, const BufferData& in, const LensCorr
             double sx = x, sy = y;
             if (nMode == 1) {
                 double px = x, py = y;
-                if (s.nDistortion != 0) lens.SolveRadialInverse(px, py, cx, cy, s.nDistortion);
+                if (s.nDistortion != 0) SolveRadialInverse(lens, px, py, cx, cy, s.nDistortion);
                 sx = px;
                 sy = py;
                 if (persp) {

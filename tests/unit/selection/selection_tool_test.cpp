@@ -345,6 +345,18 @@ TEST(CropRotate, EqualsPlainFormOnRandomMasks) {
     }
 }
 
+TEST(CropRotate, EmptyRectangleOnAnEmptyMaskDoesNothing) {
+    // Nothing is read or written, so there is nothing to refuse.
+    CSelectionTool tool;
+    TestMask src(1, 3, -1, 7), out(2, 2, -1, 3);
+    BufferData empty = src.View();
+    empty.nWidth = 0;
+    CropRotateSetting crop = Crop(0.0f, 0, 0, 0, 2), rotate = Crop(30.0f, 0, 0, 2, 0);
+    EXPECT_EQ(tool.SelectionMaskOperation(empty, empty, MASK_CROPROTATE, &crop, out.View()), 0);
+    EXPECT_EQ(tool.SelectionMaskOperation(empty, empty, MASK_CROPROTATE, &rotate, out.View()), 0);
+    EXPECT_EQ(out.bytes, std::vector<uint8_t>(4, 3));
+}
+
 TEST_F(SelectionToolLog, NegativeCropCornerIsRefused) {
     CSelectionTool tool;
     TestMask src(4, 4), out(2, 2, -1, 3);
