@@ -4,6 +4,7 @@
 // differ in what a malformed item gives.
 #include "effects/converter_frame.h"
 #include "effects/converters.h"
+#include "effects/curve_pivots.h"
 #include "effects/effect_keys.h"
 #include "effects/keyframe_reader.h"
 #include "engine/keyed_records/tone_records.h"
@@ -56,37 +57,16 @@ void ReadCurveItem(PyClipGrade* facade, PyObject* item, CurveForm form, int chan
     ParseScalar(PyList_GetItem(item, 2), "i", &interpolation);
 
     ToneCurveRGBSetting setting;
-    PyObject* pivots = PyList_GetItem(item, 1);
-    // Pivots come as a list; anything else counts as no pivots at all.
-    if (pivots != nullptr && !PyList_Check(pivots)) {
-        pivots = nullptr;
+    if (!ReadFreePivots(PyList_GetItem(item, 1), setting)) {
+        if (form == CurveForm::Channel) {
+            DumpLog("[Err] tone curve channel %d, keyframe %lld: the pivots are not a list; the keyframe is skipped\n",
+                    channel, time);
+            return;
+        }
+        DumpLog("[Err] tone curve keyframe %lld: the pivots are not a list; the curve has none\n", time);
     }
-    if (pivots == nullptr && form == CurveForm::Channel) {
-        return;
-    }
-    int pivotCount = pivots != nullptr ? static_cast<int>(PyList_Size(pivots)) : 0;
-    if (pivotCount > FREE_TONECURVE_PIVOT_COUNT) {
-        DumpLog("free pivot count(%d) exceed the limit, reduce to max", pivotCount);
-        pivotCount = FREE_TONECURVE_PIVOT_COUNT;
-    }
-    setting.nPivotCount = pivotCount;
     if (form == CurveForm::Channel) {
-        DumpLog("[ToneCurveChannel][%d]nPivotCount = %d", channel, pivotCount);
-    }
-    for (int index = 0; index < pivotCount; ++index) {
-        PyObject* pivot = PyList_GetItem(pivots, index);
-        if (pivot == nullptr) {
-            continue;
-        }
-        // A pivot that is not a pair of numbers stays where it is, at 0.0,
-        // and still counts.
-        float x = 0.0f;
-        float y = 0.0f;
-        if (!PyArg_Parse(pivot, "ff", &x, &y)) {
-            PyErr_Clear();
-        }
-        setting.fPivotX[index] = x;
-        setting.fPivotY[index] = y;
+        DumpLog("[ToneCurveChannel][%d]nPivotCount = %d", channel, setting.nPivotCount);
     }
 
     int32_t* table = nullptr;

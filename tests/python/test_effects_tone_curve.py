@@ -184,3 +184,15 @@ def test_channel_logs_count_per_item_and_the_limit(trace_on, shadow, journal, ca
         "[ToneCurveChannel][1]nPivotCount = 0",
         "[ToneCurveChannel][2]nPivotCount = 20",
     ]
+
+
+def test_pivots_that_are_no_list_are_logged(trace_on, shadow, journal, capfd):
+    facade = shadow.PyClipGrade()
+    capfd.readouterr()
+    push_record(facade, journal, PY_SET_TONE_CURVE, {"TCurvPts": [[40, None, 3]]})
+    push_record(facade, journal, PY_SET_TONE_CURVE_CHANNEL, channels(blue=[[50, ((0.5, 0.5),), 1]]))
+    lines = trace_lines(capfd.readouterr().err)
+    assert [l for l in lines if l.startswith("[Err]")] == [
+        "[Err] tone curve keyframe 40: the pivots are not a list; the curve has none",
+        "[Err] tone curve channel 2, keyframe 50: the pivots are not a list; the keyframe is skipped",
+    ]

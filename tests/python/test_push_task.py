@@ -108,6 +108,36 @@ def test_dict_subclass_is_stamped(facade, journal):
     assert keys(record["vectors"][0]) == [(1, 2, 2)]
 
 
+# Every task ID that has a mapping, with its FUNCTION_ID.
+TASK_MAP = {
+    2: 33, 3: 17, 4: 65, 8: 97, 9: 129, 10: 1048737, 11: 1048737, 12: 225, 16: 289, 18: 305, 19: 257,
+    20: 113, 21: 321, 22: 1048737, 23: 385, 25: 545, 26: 1049153, 27: 369, 31: 593, 32: 705, 33: 737,
+    98: 49, 99: 81, 100: 241, 101: 273, 102: 481, 128: 401, 130: 433, 161: 561, 162: 673, 163: 689,
+    164: 721,
+}
+LEVEL_TASKS = (8, 21)
+
+
+def test_task_map_over_the_whole_range(facade, journal):
+    """Each mapped task reaches the agent under its FUNCTION_ID, the level
+    tasks are refused at the dispatch, every other ID has no mapping."""
+    seen = {}
+    for task in range(-2, 170):
+        journal.reset()
+        result = facade.PushTask(1, task, {}, False)
+        functions = [e["args"][1] for e in journal.ops("PushEffect")]
+        seen[task] = (result, functions)
+    expected = {}
+    for task in range(-2, 170):
+        if task in LEVEL_TASKS:
+            expected[task] = (E_INVALIDARG, [])
+        elif task in TASK_MAP:
+            expected[task] = (S_OK, [TASK_MAP[task]])
+        else:
+            expected[task] = (E_FAIL, [])
+    assert seen == expected
+
+
 @pytest.mark.parametrize("task", [1, 5, 0, -1, 165, 1000, 13, 14, 15, 17, 24, 97, 129, 160])
 def test_unmapped_task_is_a_general_failure(facade, journal, task):
     assert facade.PushTask(1, task, {"Clr": [[0, 1]]}, False) == E_FAIL
