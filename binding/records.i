@@ -124,7 +124,9 @@
 // leaves the wrapper owning nothing, so that it is not given back twice.
 %warnfilter(302) CHistogramDist::~CHistogramDist;
 %extend CHistogramDist {
-  ~CHistogramDist() { $self->Release(); }
+  ~CHistogramDist() {
+    if ($self) $self->Release();
+  }
 }
 %exception CHistogramDist::Release {
   $action

@@ -59,3 +59,17 @@ typedef int HRESULT;
 %typemap(typecheck, precedence=SWIG_TYPECHECK_BOOL) bool {
     $1 = pcg_AsScriptBool($input) >= 0 ? 1 : 0;
 }
+
+// The object of a method, field accessor or operator: None would make it null
+// and the entry would read or write through it, so a null one is refused
+// with the null reference error. A destructor takes None as deleting nothing.
+%typemap(in, noblock=1) SWIGTYPE *self (void *argp = 0, int res = 0) {
+  res = SWIG_ConvertPtr($input, &argp, $descriptor, $disown | %convertptr_flags);
+  if (!SWIG_IsOK(res)) {
+    %argument_fail(res, "$type", $symname, $argnum);
+  }
+  if (!argp && !(($disown) & SWIG_POINTER_DISOWN)) {
+    %argument_nullref("$type", $symname, $argnum);
+  }
+  $1 = %reinterpret_cast(argp, $ltype);
+}

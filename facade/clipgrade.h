@@ -78,7 +78,7 @@ private:
     void m_fnFreeAgentLibraries();
 };
 
-// The marker that begins an agent's text, and the minimum length of a text
-// that can carry an agent after it.
+// The marker that begins an agent's text, and its length: a text carries an
+// agent only with at least one character after the marker.
 constexpr const char kAgentTextMarker[] = "@_PtrWrapper_$=";
 constexpr int kAgentTextMarkerLength = 15;

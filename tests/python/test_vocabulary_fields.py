@@ -165,3 +165,29 @@ def test_enumerated_field_takes_its_values(module, shadow):
     assert blur.eBlurType == 4
     with pytest.raises(TypeError):
         blur.eBlurType = 2 ** 40
+
+
+@pytest.mark.parametrize("entry,args,type_text", [
+    ("PointD_x_get", (), "PointD *"),
+    ("PointD_x_set", (1.0,), "PointD *"),
+    ("FeaturePoints_lBrow_get", (), "FeaturePoints *"),
+    ("HistogramDist_HistogramR_set", (None,), "HistogramDist *"),
+    ("PerformanceResult_pPerfName_set", ("name",), "PerformanceResult *"),
+    ("RectD_Width", (), "RectD const *"),
+    ("LensCorrectParams_bIsZeroParams", (), "LensCorrectParams const *"),
+    ("CHistogramDist_AddRef", (), "CHistogramDist *"),
+    ("CHistogramDist_Release", (), "CHistogramDist *"),
+    ("PyClipGrade_GetDspAgentPtr", (), "PyClipGrade *"),
+    ("PyClipGrade_DumpTask", (), "PyClipGrade *"),
+    ("PyClipGrade_DumpTask", (True,), "PyClipGrade *"),
+])
+def test_none_as_the_object_is_a_null_reference(module, entry, args, type_text):
+    with pytest.raises(ValueError) as error:
+        getattr(module, entry)(None, *args)
+    assert str(error.value) == \
+        "invalid null reference in method '%s', argument 1 of type '%s'" % (entry, type_text)
+
+
+@pytest.mark.parametrize("entry", ["delete_PointD", "delete_CHistogramDist", "delete_PyClipGrade"])
+def test_deleting_none_deletes_nothing(module, entry):
+    assert getattr(module, entry)(None) is None

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/testing/environment.h"
 
 namespace {
 
@@ -120,6 +123,49 @@ TEST_F(FacadeTest, SetDBMgrWithOneNullArgumentTellsNeitherAgent) {
     EXPECT_FALSE(facade.SetDBMgr(kThreadMgr, nullptr));
     EXPECT_FALSE(facade.SetDBMgr(nullptr, kTinyDB));
     EXPECT_EQ(Calls(m_journal.Text(), "SetDBMgr"), "");
+}
+
+// A host folder that holds the runtime library and no agent library.
+class RuntimeOnlyHost {
+public:
+    RuntimeOnlyHost() {
+        namespace fs = std::filesystem;
+        m_folder = fs::path(PCG_RUNTIME_ONLY_HOST);
+        const fs::path runtimeFolder = m_folder / "Kernel" / "ImageRetouch";
+        fs::create_directories(runtimeFolder);
+        fs::copy_file(PCG_IOMP_FILE, runtimeFolder / PCG_IOMP_FILE_NAME, fs::copy_options::overwrite_existing);
+        m_pHost = std::make_unique<pcg::platform_testing::ScopedEnvironmentValue>("PYCLIPGRADE_HOST_DIR",
+                                                                                  m_folder.string().c_str());
+    }
+    ~RuntimeOnlyHost() {
+        m_pHost.reset();
+        std::error_code ignored;
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+    bool Applied() const { return m_pHost->Applied(); }
+
+private:
+    std::filesystem::path m_folder;
+    std::unique_ptr<pcg::platform_testing::ScopedEnvironmentValue> m_pHost;
+};
+
+TEST_F(FacadeTest, WithoutTheAgentLibraryTheRuntimeIsStillFreed) {
+    RuntimeOnlyHost host;
+    ASSERT_TRUE(host.Applied());
+    auto facade = std::make_unique<PyClipGrade>(nullptr, 0);
+    EXPECT_EQ(facade->m_hDspAgentDll, nullptr);
+    EXPECT_EQ(facade->m_dspAgent, nullptr);
+    EXPECT_EQ(facade->m_dspBufAgent, nullptr);
+    ASSERT_NE(facade->m_hIompDll, nullptr);
+    const void* runtimeEntry = pcg::platform::FindSymbol(facade->m_hIompDll, "RefIomp_Loaded");
+    ASSERT_NE(runtimeEntry, nullptr);
+
+    // The agent library's handle is null, so its unload fails; the runtime's
+    // unload after it still runs, and the runtime leaves the process.
+    facade.reset();
+    pcg::platform::ModuleHandle stillLoaded = pcg::platform::AcquireModuleOfAddress(runtimeEntry);
+    EXPECT_EQ(stillLoaded, nullptr);
+    pcg::platform::UnloadModule(stillLoaded);
 }
 
 }  // namespace
