@@ -130,7 +130,9 @@ void RegisterProvider() {
     const uint32_t result = fnRegister(&kProviderGuid, nullptr, nullptr, &handle);
     g_providerHandle.store(handle);
     if (const DumpTraceObserver* observer = g_pObserver.load()) {
-        if (observer->onRegister) observer->onRegister(reinterpret_cast<const void*>(fnRegister), handle, result);
+        if (observer->onRegister) {
+            observer->onRegister(reinterpret_cast<const void*>(fnRegister), &kProviderGuid, handle, result);
+        }
     }
 }
 

@@ -1,6 +1,9 @@
 // Events on POSIX with the Windows rules: manual-reset stays signalled until
-// Reset, auto-reset lets one waiter through. A named event is shared by every
-// Event of the same name in the process, as CreateEventW opens an existing one.
+// Reset, auto-reset lets one waiter through. A Set of an auto-reset event with
+// threads waiting hands the signal straight to one of them, so Sets in a row
+// release as many waiters and none is lost to a waiter that has not run yet.
+// A named event is shared by every Event of the same name in the process, as
+// CreateEventW opens an existing one.
 #include "platform/platform.h"
 
 #include <chrono>
@@ -21,6 +24,8 @@ struct EventState {
     std::condition_variable m_cv;
     const bool m_bManualReset;
     bool m_bSignalled;
+    int m_nWaiters = 0;    // threads inside Wait
+    int m_nReleases = 0;   // auto-reset signals handed to waiters, not yet taken
 };
 
 // Never destroyed: events may be made and dropped during static teardown.
@@ -58,9 +63,15 @@ Event::~Event() = default;
 void Event::Set() {
     EventState& s = *m_pImpl->m_pState;
     std::lock_guard<std::mutex> lock(s.m_mutex);
-    s.m_bSignalled = true;
-    if (s.m_bManualReset) s.m_cv.notify_all();
-    else s.m_cv.notify_one();
+    if (s.m_bManualReset) {
+        s.m_bSignalled = true;
+        s.m_cv.notify_all();
+    } else if (s.m_nWaiters > s.m_nReleases) {
+        ++s.m_nReleases;
+        s.m_cv.notify_one();
+    } else {
+        s.m_bSignalled = true;
+    }
 }
 
 void Event::Reset() {
@@ -72,13 +83,20 @@ void Event::Reset() {
 uint32_t Event::Wait(uint32_t timeoutMs) {
     EventState& s = *m_pImpl->m_pState;
     std::unique_lock<std::mutex> lock(s.m_mutex);
-    auto signalled = [&s] { return s.m_bSignalled; };
+    auto signalled = [&s] { return s.m_nReleases > 0 || s.m_bSignalled; };
+    ++s.m_nWaiters;
+    bool released = true;
     if (timeoutMs == kInfinite) {
         s.m_cv.wait(lock, signalled);
-    } else if (!s.m_cv.wait_for(lock, std::chrono::milliseconds(timeoutMs), signalled)) {
-        return kWaitTimeout;
+    } else {
+        // A waiter that times out with a signal handed over still takes it.
+        released = s.m_cv.wait_for(lock, std::chrono::milliseconds(timeoutMs), signalled);
     }
-    if (!s.m_bManualReset) s.m_bSignalled = false;
+    --s.m_nWaiters;
+    if (!released) return kWaitTimeout;
+    if (s.m_bManualReset) return kWaitObject0;
+    if (s.m_nReleases > 0) --s.m_nReleases;
+    else s.m_bSignalled = false;
     return kWaitObject0;
 }
 

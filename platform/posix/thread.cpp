@@ -3,6 +3,7 @@
 #include "platform/platform.h"
 
 #include <atomic>
+#include <memory>
 #include <system_error>
 #include <thread>
 #include <sys/syscall.h>
@@ -11,12 +12,19 @@
 namespace pcg {
 namespace platform {
 
-struct Thread::Impl {
-    Impl() : m_finished(true, false) {}
-    std::thread m_thread;
+// What the running routine writes when it ends. Shared with the thread, so
+// that a thread which drops its own Thread object (the object then detaches
+// instead of joining) still finds it.
+struct ThreadEnd {
+    ThreadEnd() : m_finished(true, false) {}
     Event m_finished;   // manual reset: every waiter sees the end
     std::atomic<bool> m_bDone{false};
     uint32_t m_nExitCode = 0;   // written before m_bDone is set
+};
+
+struct Thread::Impl {
+    std::thread m_thread;
+    std::shared_ptr<ThreadEnd> m_pEnd = std::make_shared<ThreadEnd>();
 };
 
 Thread::Thread() : m_pImpl(new Impl) {}
@@ -31,12 +39,12 @@ Thread::~Thread() {
 std::unique_ptr<Thread> Thread::Start(Routine routine, void* argument) {
     if (routine == nullptr) return nullptr;
     std::unique_ptr<Thread> thread(new Thread);
-    Impl* impl = thread->m_pImpl.get();
+    std::shared_ptr<ThreadEnd> end = thread->m_pImpl->m_pEnd;
     try {
-        impl->m_thread = std::thread([impl, routine, argument] {
-            impl->m_nExitCode = routine(argument);
-            impl->m_bDone.store(true);
-            impl->m_finished.Set();
+        thread->m_pImpl->m_thread = std::thread([end, routine, argument] {
+            end->m_nExitCode = routine(argument);
+            end->m_bDone.store(true);
+            end->m_finished.Set();
         });
     } catch (const std::system_error&) {
         return nullptr;
@@ -44,11 +52,11 @@ std::unique_ptr<Thread> Thread::Start(Routine routine, void* argument) {
     return thread;
 }
 
-uint32_t Thread::Wait(uint32_t timeoutMs) { return m_pImpl->m_finished.Wait(timeoutMs); }
+uint32_t Thread::Wait(uint32_t timeoutMs) { return m_pImpl->m_pEnd->m_finished.Wait(timeoutMs); }
 
 bool Thread::GetExitCode(uint32_t* exitCode) const {
-    if (!m_pImpl->m_bDone.load()) return false;
-    if (exitCode != nullptr) *exitCode = m_pImpl->m_nExitCode;
+    if (!m_pImpl->m_pEnd->m_bDone.load()) return false;
+    if (exitCode != nullptr) *exitCode = m_pImpl->m_pEnd->m_nExitCode;
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <memory>
 
 #include "platform/platform.h"
 
@@ -17,6 +18,19 @@ struct WaitJob {
 uint32_t WaitOnEvent(void* argument) {
     auto* job = static_cast<WaitJob*>(argument);
     return job->m_pEvent->Wait(job->m_nTimeoutMs);
+}
+
+// Two threads that each wait on job's event with job's timeout.
+struct TwoWaiters {
+    std::unique_ptr<Thread> m_pFirst;
+    std::unique_ptr<Thread> m_pSecond;
+};
+
+void StartTwoWaiters(WaitJob* job, TwoWaiters* waiters) {
+    waiters->m_pFirst = Thread::Start(&WaitOnEvent, job);
+    waiters->m_pSecond = Thread::Start(&WaitOnEvent, job);
+    ASSERT_NE(waiters->m_pFirst, nullptr);
+    ASSERT_NE(waiters->m_pSecond, nullptr);
 }
 
 uint32_t ExitCodeOf(Thread& thread) {
@@ -55,27 +69,45 @@ TEST(Event, ResetOfAutoResetEventClearsPendingSignal) {
 TEST(Event, AutoResetSetReleasesExactlyOneOfTwoWaiters) {
     Event event(false, false);
     WaitJob job{&event, 1500};
-    auto first = Thread::Start(&WaitOnEvent, &job);
-    auto second = Thread::Start(&WaitOnEvent, &job);
-    ASSERT_NE(first, nullptr);
-    ASSERT_NE(second, nullptr);
+    TwoWaiters waiters;
+    ASSERT_NO_FATAL_FAILURE(StartTwoWaiters(&job, &waiters));
     event.Set();
-    const uint32_t a = ExitCodeOf(*first);
-    const uint32_t b = ExitCodeOf(*second);
+    const uint32_t a = ExitCodeOf(*waiters.m_pFirst);
+    const uint32_t b = ExitCodeOf(*waiters.m_pSecond);
     EXPECT_EQ((a == kWaitObject0) + (b == kWaitObject0), 1);
     EXPECT_EQ((a == kWaitTimeout) + (b == kWaitTimeout), 1);
+}
+
+// Each Set of an auto-reset event hands its signal to one thread that waits at
+// that moment, so two Sets in a row release two waiting threads; the second
+// Set is not lost to a first waiter that has not run yet.
+TEST(Event, AutoResetSetsInARowReleaseAsManyWaiters) {
+    for (int round = 0; round < 2; ++round) {
+        Event event(false, false);
+        WaitJob job{&event, 3000};
+        TwoWaiters waiters;
+        ASSERT_NO_FATAL_FAILURE(StartTwoWaiters(&job, &waiters));
+        Event pause(true, false);
+        // Both threads are blocked in Wait by then, with room to spare on a
+        // loaded machine or under a sanitizer.
+        pause.Wait(1000);
+        event.Set();
+        event.Set();
+        EXPECT_EQ(ExitCodeOf(*waiters.m_pFirst), kWaitObject0);
+        EXPECT_EQ(ExitCodeOf(*waiters.m_pSecond), kWaitObject0);
+        // Both signals went to the waiters: none is left over.
+        EXPECT_EQ(event.Wait(0), kWaitTimeout);
+    }
 }
 
 TEST(Event, ManualResetSetReleasesEveryWaiter) {
     Event event(true, false);
     WaitJob job{&event, 10000};
-    auto first = Thread::Start(&WaitOnEvent, &job);
-    auto second = Thread::Start(&WaitOnEvent, &job);
-    ASSERT_NE(first, nullptr);
-    ASSERT_NE(second, nullptr);
+    TwoWaiters waiters;
+    ASSERT_NO_FATAL_FAILURE(StartTwoWaiters(&job, &waiters));
     event.Set();
-    EXPECT_EQ(ExitCodeOf(*first), kWaitObject0);
-    EXPECT_EQ(ExitCodeOf(*second), kWaitObject0);
+    EXPECT_EQ(ExitCodeOf(*waiters.m_pFirst), kWaitObject0);
+    EXPECT_EQ(ExitCodeOf(*waiters.m_pSecond), kWaitObject0);
 }
 
 TEST(Event, WaitTimesOutNoEarlierThanAsked) {

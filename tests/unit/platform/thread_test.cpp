@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <vector>
+
 #include "platform/platform.h"
 
 using namespace pcg::platform;
@@ -40,6 +43,40 @@ TEST(Thread, ArgumentReachesRoutine) {
     uint32_t code = 0;
     ASSERT_TRUE(thread->GetExitCode(&code));
     EXPECT_EQ(code, 1235u);
+}
+
+struct SelfOwned {
+    std::unique_ptr<Thread> m_pThread;
+    Event m_stored{true, false};
+    Event m_deleted{true, false};
+};
+
+// A thread may drop its own Thread object while it runs (as CloseHandle on its
+// own handle): the object goes without waiting, and the routine's end touches
+// nothing of it.
+TEST(Thread, ThreadMayDeleteItsOwnObject) {
+    // Holders outlive every round: their events may still be in use by a
+    // routine that is ending.
+    std::vector<std::unique_ptr<SelfOwned>> holders;
+    for (int round = 0; round < 20; ++round) {
+        holders.push_back(std::make_unique<SelfOwned>());
+        SelfOwned* holder = holders.back().get();
+        holder->m_pThread = Thread::Start(
+            [](void* argument) -> uint32_t {
+                auto* self = static_cast<SelfOwned*>(argument);
+                self->m_stored.Wait();
+                self->m_pThread.reset();
+                self->m_deleted.Set();
+                return 5;
+            },
+            holder);
+        ASSERT_NE(holder->m_pThread, nullptr);
+        holder->m_stored.Set();
+        ASSERT_EQ(holder->m_deleted.Wait(10000), kWaitObject0);
+        EXPECT_EQ(holder->m_pThread, nullptr);
+    }
+    Event pause(true, false);
+    pause.Wait(100);   // the last routines return meanwhile
 }
 
 TEST(Thread, NullRoutineStartsNothing) {

@@ -112,6 +112,17 @@ TEST_F(DumpLogTest, InEtwWithDumpMsgZeroRegistersButWritesNothing) {
     EXPECT_TRUE(Captured().m_traceWrites.empty());
 }
 
+TEST_F(DumpLogTest, ProviderIsRegisteredUnderItsGuid) {
+    Configure(0, 1);
+    ASSERT_EQ(Captured().m_registerProviders.size(), 1u);
+    const TraceGuid& guid = Captured().m_registerProviders[0];
+    EXPECT_EQ(guid.Data1, 0x9AD3F8FAu);
+    EXPECT_EQ(guid.Data2, 0xB0D3u);
+    EXPECT_EQ(guid.Data3, 0x45A2u);
+    const uint8_t data4[8] = {0x8E, 0x95, 0x5D, 0x18, 0x99, 0xE0, 0xAD, 0x05};
+    for (int i = 0; i < 8; ++i) EXPECT_EQ(guid.Data4[i], data4[i]) << "byte " << i;
+}
+
 TEST_F(DumpLogTest, InEtwWithDumpMsgMissingRegistersButWritesNothing) {
     ASSERT_TRUE(SetSettingsDword(kProductKey, L"DumpInETW", 1));
     DumpConfigure(kTag, nullptr, nullptr, nullptr);

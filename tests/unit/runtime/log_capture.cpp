@@ -14,9 +14,10 @@ void OnDebugOutput(const char* narrow, const wchar_t* wide) {
 }
 
 const DumpTraceObserver kObserver = {
-    [](const void* function, uint64_t handle, uint32_t result) {
+    [](const void* function, const pcg::platform::TraceGuid* provider, uint64_t handle, uint32_t result) {
         LogCapture& c = Captured();
         std::lock_guard<std::mutex> lock(c.m_mutex);
+        c.m_registerProviders.push_back(*provider);
         c.m_registered.push_back(handle);
         c.m_registerResults.push_back(result);
         c.m_registerFunctions.push_back(function);
@@ -49,6 +50,7 @@ void LogCapture::Start() {
         m_registered.clear();
         m_registerResults.clear();
         m_registerFunctions.clear();
+        m_registerProviders.clear();
         m_traceWrites.clear();
         m_unregistered.clear();
         m_unregisterFunctions.clear();

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/platform.h"
+
 struct TraceWrite {
     const void* m_pFunction;
     uint64_t m_handle;
@@ -25,6 +27,7 @@ struct LogCapture {
     std::vector<uint64_t> m_registered;
     std::vector<uint32_t> m_registerResults;
     std::vector<const void*> m_registerFunctions;
+    std::vector<pcg::platform::TraceGuid> m_registerProviders;
     std::vector<TraceWrite> m_traceWrites;
     std::vector<uint64_t> m_unregistered;
     std::vector<const void*> m_unregisterFunctions;
