@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -10,44 +9,13 @@
 
 #include "platform/platform.h"
 #include "platform/testing/environment.h"
+#include "tests/unit/reference/ref_agent_library.h"
 
 namespace {
 
-// The reference agent's inspection entries, from the same library file the
-// facade loads, so both see one state.
-class AgentJournal {
-public:
-    AgentJournal() {
-        const std::wstring path =
-            pcg::platform::JoinHostPath(pcg::platform::HostDirectory(), L"KESdlls\\VXHvnDspAgent.dll");
-        m_hLibrary = pcg::platform::LoadModule(path.c_str());
-        m_fnJournal = reinterpret_cast<int32_t (*)(char*, int32_t)>(
-            pcg::platform::FindSymbol(m_hLibrary, "RefAgent_Journal"));
-        m_fnReset = reinterpret_cast<void (*)()>(pcg::platform::FindSymbol(m_hLibrary, "RefAgent_Reset"));
-    }
-    ~AgentJournal() { pcg::platform::UnloadModule(m_hLibrary); }
-    bool Loaded() const { return m_fnJournal != nullptr && m_fnReset != nullptr; }
-    void Reset() { m_fnReset(); }
-    std::string Text() {
-        std::vector<char> buffer(static_cast<std::size_t>(m_fnJournal(nullptr, 0)) + 1);
-        m_fnJournal(buffer.data(), static_cast<int32_t>(buffer.size()));
-        return buffer.data();
-    }
-
-private:
-    pcg::platform::ModuleHandle m_hLibrary = nullptr;
-    int32_t (*m_fnJournal)(char*, int32_t) = nullptr;
-    void (*m_fnReset)() = nullptr;
-};
-
-class FacadeTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_journal.Loaded());
-        m_journal.Reset();
-    }
-    AgentJournal m_journal;
-};
+// The facade loads the same agent library file the tests read the journal
+// from, so both see one state.
+using FacadeTest = pcg::reftest::RefAgentTest;
 
 // Stand-ins for the host's database objects, which the agents only keep.
 CDBAccessThreadMgr* const kThreadMgr = reinterpret_cast<CDBAccessThreadMgr*>(0x1000);
@@ -88,41 +56,35 @@ TEST_F(FacadeTest, OwnFacadeWithoutBufferAgentLoadsBothLibraries) {
     EXPECT_NE(facade.m_hIompDll, nullptr);
 }
 
-// The journal's entries in order, as "agent op args" lines, so tests compare
-// whole sequences without a JSON reader.
-std::string Calls(const std::string& journal, const char* op) {
-    std::string out;
-    const std::string opField = std::string("\"op\":\"") + op + "\"";
-    std::size_t at = 0;
-    while ((at = journal.find(opField, at)) != std::string::npos) {
-        const std::size_t begin = journal.rfind("{\"agent\":\"", at);
-        const std::size_t nameEnd = journal.find('"', begin + 10);
-        const std::size_t argsBegin = journal.find("\"args\":", at);
-        const std::size_t argsEnd = journal.find('}', argsBegin);
-        out += journal.substr(begin + 10, nameEnd - begin - 10) + " " + journal.substr(argsBegin + 7, argsEnd - argsBegin - 7) + "\n";
-        at += opField.size();
+// "agent args" of each journal entry with this op, in order.
+std::vector<std::string> Calls(const char* op) {
+    std::vector<std::string> calls;
+    for (const pcg::reftest::Json& entry : pcg::reftest::RefAgentLibrary::Get().JournalJson()) {
+        if (entry.at("op") == op) {
+            calls.push_back(entry.at("agent").get<std::string>() + " " + entry.at("args").dump());
+        }
     }
-    return out;
+    return calls;
 }
 
 TEST_F(FacadeTest, SetDBMgrTellsBufferAgentThenMainAgent) {
     PyClipGrade facade;
     EXPECT_TRUE(facade.SetDBMgr(kThreadMgr, kTinyDB));
-    EXPECT_EQ(Calls(m_journal.Text(), "SetDBMgr"), "DspBuf [true,true]\nDspMain [true,true]\n");
+    EXPECT_EQ(Calls("SetDBMgr"), (std::vector<std::string>{"DspBuf [true,true]", "DspMain [true,true]"}));
 }
 
 TEST_F(FacadeTest, SetDBMgrWithMainAgentOnly) {
     PyClipGrade first;
     PyClipGrade second(first.m_dspAgent, 0);
     EXPECT_TRUE(second.SetDBMgr(kThreadMgr, kTinyDB));
-    EXPECT_EQ(Calls(m_journal.Text(), "SetDBMgr"), "DspMain [true,true]\n");
+    EXPECT_EQ(Calls("SetDBMgr"), std::vector<std::string>{"DspMain [true,true]"});
 }
 
 TEST_F(FacadeTest, SetDBMgrWithOneNullArgumentTellsNeitherAgent) {
     PyClipGrade facade;
     EXPECT_FALSE(facade.SetDBMgr(kThreadMgr, nullptr));
     EXPECT_FALSE(facade.SetDBMgr(nullptr, kTinyDB));
-    EXPECT_EQ(Calls(m_journal.Text(), "SetDBMgr"), "");
+    EXPECT_TRUE(Calls("SetDBMgr").empty());
 }
 
 // A host folder that holds the runtime library and no agent library.
