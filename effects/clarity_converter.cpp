@@ -2,6 +2,7 @@
 #include "effects/converters.h"
 #include "effects/effect_keys.h"
 #include "effects/keyframe_reader.h"
+#include "engine/keyed_records/detail_records.h"
 
 namespace pcg {
 namespace effects {

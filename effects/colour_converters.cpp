@@ -8,6 +8,7 @@
 
 namespace pcg {
 namespace effects {
+
 int32_t m_fnWBToEffect(PyClipGrade*, FUNCTION_ID, PyObject* effect, engine::EffectRecordHeader*& record) {
     return BuildEffectRecord<engine::WBRecord>(record, [effect](engine::WBRecord& wb) {
         ReadKeyframes(effect, STR_WB_TEMPERATURE, wb.temperature);

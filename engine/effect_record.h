@@ -202,17 +202,5 @@ TRecord* NewEffectRecord(uint32_t effectVersion) {
     return record;
 }
 
-// ----------------------------------------------------------- clarity record
-
-// The plain case, and the pattern of all records of keyframe vectors: the
-// header and one integer vector (nClarity).
-struct ClarityRecord {
-    EffectRecordHeader header;
-    KeyframeVector<int32_t> clarity;
-};
-
-static_assert(sizeof(ClarityRecord) == 32, "clarity record");
-static_assert(offsetof(ClarityRecord, clarity) == 8, "clarity vector");
-
 }  // namespace engine
 }  // namespace pcg

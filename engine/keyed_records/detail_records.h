@@ -1,5 +1,5 @@
-// Keyed records of the detail and finish effects: sharpen, noise reduction,
-// the post-crop vignette and the blur.
+// Keyed records of the detail and finish effects: clarity, sharpen, noise
+// reduction, the post-crop vignette and the blur.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +9,16 @@
 
 namespace pcg {
 namespace engine {
+
+// FUNCTION_SET_CLARITY. The plain case, and the pattern of all records of
+// keyframe vectors: the header and one integer vector (nClarity).
+struct ClarityRecord {
+    EffectRecordHeader header;
+    KeyframeVector<int32_t> clarity;
+};
+
+static_assert(sizeof(ClarityRecord) == 32, "clarity record");
+static_assert(offsetof(ClarityRecord, clarity) == 8, "clarity vector");
 
 // FUNCTION_SET_SHARP. The radius entry is a double although the setting's
 // field is a float: the agent narrows it.

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/constants.h"
+#include "engine/keyed_records/detail_records.h"
 
 namespace {
 

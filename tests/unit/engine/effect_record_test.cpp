@@ -1,4 +1,5 @@
 #include "engine/effect_record.h"
+#include "engine/keyed_records/detail_records.h"
 
 #include <cstring>
 #include <vector>

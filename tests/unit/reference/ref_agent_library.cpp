@@ -1,6 +1,7 @@
 #include "tests/unit/reference/ref_agent_library.h"
 
 #include "platform/platform.h"
+#include "engine/keyed_records/detail_records.h"
 
 namespace pcg {
 namespace reftest {
