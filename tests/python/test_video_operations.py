@@ -3,7 +3,7 @@ which order, and what it answers."""
 
 import pytest
 
-from conftest import E_FAIL, E_POINTER, S_OK
+from conftest import E_FAIL, E_INVALIDARG, E_POINTER, S_OK
 
 PREFIX = "[PyClipGrade] "
 
@@ -88,8 +88,8 @@ def test_mirrored_main_agent_result_goes_through_as_it_is(both, journal):
 
 
 def test_unknown_clip_answer_of_the_agent_reaches_the_script(both, journal):
-    assert both.RemoveVideo(77) < 0
-    assert both.RemoveVideo(77) == both.UpdateVideo(77, 0, 0, 1.0)
+    assert both.RemoveVideo(77) == E_INVALIDARG
+    assert both.UpdateVideo(77, 0, 0, 1.0) == E_INVALIDARG
 
 
 def test_set_db_mgr_with_null_arguments_tells_no_agent(trace_on, both, journal, capfd):
