@@ -10,8 +10,7 @@
 
 #include "platform/platform.h"
 
-// The result slot that the facade keeps for the engine; defined with the
-// facade's selection state.
+// The result slot that the facade keeps for the engine: engine/selection_result.h.
 struct SelectionResult;
 
 // A GUID, laid out as the library reads it.

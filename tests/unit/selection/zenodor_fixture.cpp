@@ -35,6 +35,11 @@ public:
 
 FIXTURE_EXPORT ZenodorFixtureState* PCG_WINAPI ZenodorFixtureGetState() { return &g_state; }
 
+// Deletes an object that a variant without the release entry handed out.
+FIXTURE_EXPORT void PCG_WINAPI ZenodorFixtureDelete(void* pObject) {
+    delete static_cast<FixtureSelection*>(static_cast<IMagicSelection*>(pObject));
+}
+
 #if !defined(FIXTURE_NO_CREATE)
 FIXTURE_EXPORT int32_t PCG_WINAPI CreateZenodorObject(const ZenodorGuid* pIid, void** ppObject) {
     ++g_state.nCreates;

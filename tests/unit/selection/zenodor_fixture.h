@@ -13,3 +13,4 @@ struct ZenodorFixtureState {
     void** ppLastReleased;
 };
 using ZenodorFixtureGetStateFn = ZenodorFixtureState*(PCG_WINAPI*)();
+using ZenodorFixtureDeleteFn = void(PCG_WINAPI*)(void* pObject);
