@@ -22,7 +22,14 @@ PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL sta
       m_dspBufAgent(nullptr),
       m_hDspAgentDll(nullptr),
       m_hIompDll(nullptr),
-      m_hPassedAgentCode(nullptr) {
+      m_hPassedAgentCode(nullptr),
+      m_pImageRetouch(nullptr),
+      m_pBufferAllocator(nullptr),
+      m_pixelFormat(0),
+      m_pixelBytes(0),
+      m_highDepth(0),
+      m_hImageRetouchDll(nullptr),
+      m_pImageRetouchMgr(nullptr) {
     DumpConfigure("PyClipGrade", nullptr, nullptr, logRootKey);
     DumpLog("PyClipGrade::PyClipGrade() enter\n");
 

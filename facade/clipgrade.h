@@ -5,9 +5,12 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "binding/py_compat.h"
+#include "engine/buffer_allocator.h"
 #include "engine/engine_contract.h"
+#include "engine/image_retouch.h"
 #include "engine/records/record_types.h"
 #include "platform/platform.h"
 
@@ -68,6 +71,21 @@ public:
     // agent's code stays mapped while this facade holds it, even when the
     // facade that loaded the library is gone first.
     pcg::platform::ModuleHandle m_hPassedAgentCode;
+
+    // The image side of the engine. m_pImageRetouch belongs to
+    // m_pImageRetouchMgr and goes back through it; the facade holds one
+    // reference on the allocator and owns the manager.
+    IImageRetouch* m_pImageRetouch;
+    IBufferAllocator* m_pBufferAllocator;
+    // The working depth, settled together in the constructor: PIXEL_ARGB32,
+    // VX_PIXEL_4BYTES, 0 or PIXEL_ARGB64, VX_PIXEL_8BYTES, 1.
+    int32_t m_pixelFormat;
+    int32_t m_pixelBytes;
+    int32_t m_highDepth;
+    // The image engine's library when the constructor was given its path.
+    pcg::platform::ModuleHandle m_hImageRetouchDll;
+    std::wstring m_imageRetouchDllPath;
+    ImageRetouchMgr* m_pImageRetouchMgr;
 
 private:
     void m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent);
