@@ -70,6 +70,8 @@ static IVXHvnDspAgent* pcg_AgentFromText(PyObject* o, bool* failed) {
 }
 
 class IVXHvnDspAgent;
+// Pixel objects cross as opaque handles; the script never releases them.
+class IImageBuffer;
 // Objects of the host's database layer, handed through as opaque pointers.
 class CDBAccessThreadMgr;
 class IVXTinyDB;
@@ -110,4 +112,24 @@ public:
     void SetDspVideoID(UINT videoID);
     UINT GetDspVideoID();
     void SetOverUnderExposureImage(bool enable);
+
+    IImageBuffer* ResizeImageBuffer(IImageBuffer* pSrc, UINT nWidth, UINT nHeight);
+    PyObject* Selection_MaskToPoint(IImageBuffer* pInputBuffer, PyObject* pPyoRect);
+    IImageBuffer* Selection_PointToMask(PyObject* pPyoMaskList, int nWidth, int nHeight, bool bInv);
+    // With the settings and without them; spelled out as two overloads.
+    IImageBuffer* Selection_MaskCorrection(IImageBuffer* pInputBuffer, PyObject* pPyoMaskCorrect);
+    IImageBuffer* Selection_MaskCorrection(IImageBuffer* pInputBuffer);
+    PyObject* Selection_ScaleUSSelectionList(PyObject* pPyoMaskList, int nSrcWidth, int nSrcHeight, int nDstWidth,
+                                             int nDstHeight);
+    HRESULT Selection_Initialize(IImageBuffer* pBufferData, PyObject* pPyoMaskLine);
+    HRESULT Selection_Uninitialize();
+    IImageBuffer* Selection_MagicSelect(PyObject* pPyoLstPos, int nRadius, bool bStrokeFlag1, bool bStrokeFlag2,
+                                        bool bStrokeFlag3);
+    HRESULT Selection_ClearStrokeHistory();
+    HRESULT Selection_Undo(int nStep);
+    HRESULT Selection_Redo(int nStep);
+    HRESULT Manual_Initialize(PyObject* pPyoMaskLine, int nWidth, int nHeight);
+    HRESULT Manual_Uninitialize();
+    IImageBuffer* Manual_UpdateStroke(PyObject* pPyoLstPos, int nRadius, bool bNewStroke, bool bForeground);
+    void DumpIImageBuffer(IImageBuffer* pBuffer);
 };

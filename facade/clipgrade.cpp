@@ -5,6 +5,7 @@
 #include <string>
 
 #include "facade/agent_registry.h"
+#include "facade/selection_buffers.h"
 #include "runtime/dump_log.h"
 
 namespace {
@@ -29,7 +30,10 @@ PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL sta
       m_pixelBytes(0),
       m_highDepth(0),
       m_hImageRetouchDll(nullptr),
-      m_pImageRetouchMgr(nullptr) {
+      m_pImageRetouchMgr(nullptr),
+      m_nSelectionWidth(0),
+      m_nSelectionHeight(0),
+      m_bBrushOnMask(false) {
     DumpConfigure("PyClipGrade", nullptr, nullptr, logRootKey);
     DumpLog("PyClipGrade::PyClipGrade() enter\n");
 
@@ -44,6 +48,10 @@ PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL sta
                 static_cast<unsigned int>(reinterpret_cast<uintptr_t>(agent)));
     }
     m_fnBringUpAgents(agentPassed, createBufferAgent);
+
+    // The selection engine; a failure is logged by the loader and leaves
+    // the smart selection without an object.
+    m_ZenodorLoader.LoadZenodor();
 
     DumpLog("PyClipGrade::PyClipGrade() end\n");
 }
@@ -80,6 +88,8 @@ void PyClipGrade::m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent) {
 
 PyClipGrade::~PyClipGrade() {
     DumpLog("PyClipGrade::~PyClipGrade() enter\n");
+    m_ippFunctions.Unload();
+    m_fnFreeSelectionBuffers();
     m_fnReleaseAgents();
     m_fnFreeAgentLibraries();
     if (pcg::platform::UnloadModule(m_hPassedAgentCode) == 1) {
@@ -119,4 +129,13 @@ PyObject* PyClipGrade::GetDspAgentPtr() {
     std::snprintf(text, sizeof(text), "%s0x%llx", kAgentTextMarker,
                   static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(m_dspAgent)));
     return PyString_FromString(text);
+}
+
+void PyClipGrade::m_fnFreeSelectionBuffers() {
+    pcg::facade::FreeMaskArray(m_selectionBufData.pBuffer);
+    m_selectionBufData.pBuffer = nullptr;
+    m_fnFreeSelectionMask();
+    // A smart selection left open holds its picture in the engine; it goes
+    // back before the loader frees the library under it.
+    if (m_MagicSelection.m_pMagicSelection) m_MagicSelection.Uninitialize(&m_ZenodorLoader);
 }

@@ -12,6 +12,13 @@
 #include "engine/engine_contract.h"
 #include "engine/image_retouch.h"
 #include "engine/records/record_types.h"
+#include "engine/selection_result.h"
+#include "imaging/image_buffer.h"
+#include "imaging/ipp_functions.h"
+#include "selection/magic_selection.h"
+#include "selection/manual_brush.h"
+#include "selection/selection_tool.h"
+#include "selection/zenodor_loader.h"
 #include "platform/platform.h"
 
 struct ToneCurveRGBSetting;
@@ -63,6 +70,31 @@ public:
     // with it the agent). Null only when the heap refuses.
     int* Query_ToneMapInfoForEngine(ToneCurveRGBSetting setToneCurve);
 
+    // Selections (facade/selection_*.cpp). Masks handed back are new buffers
+    // from the allocator carrying one reference for the caller.
+    HRESULT Selection_Initialize(IImageBuffer* pBufferData, PyObject* pPyoMaskLine);
+    HRESULT Selection_Uninitialize();
+    IImageBuffer* Selection_MagicSelect(PyObject* pPyoLstPos, int nRadius, bool bStrokeFlag1, bool bStrokeFlag2,
+                                        bool bStrokeFlag3);
+    HRESULT Selection_ClearStrokeHistory();
+    HRESULT Selection_Undo(int nStep);
+    HRESULT Selection_Redo(int nStep);
+    PyObject* Selection_MaskToPoint(IImageBuffer* pInputBuffer, PyObject* pPyoRect);
+    IImageBuffer* Selection_PointToMask(PyObject* pPyoMaskList, int nWidth, int nHeight, bool bInv);
+    IImageBuffer* Selection_MaskCorrection(IImageBuffer* pInputBuffer, PyObject* pPyoMaskCorrect);
+    // Without settings: a plain copy.
+    IImageBuffer* Selection_MaskCorrection(IImageBuffer* pInputBuffer);
+    // Null only where a Python error is set; None for no result.
+    PyObject* Selection_ScaleUSSelectionList(PyObject* pPyoMaskList, int nSrcWidth, int nSrcHeight, int nDstWidth,
+                                             int nDstHeight);
+    HRESULT Manual_Initialize(PyObject* pPyoMaskLine, int nWidth, int nHeight);
+    HRESULT Manual_Uninitialize();
+    IImageBuffer* Manual_UpdateStroke(PyObject* pPyoLstPos, int nRadius, bool bNewStroke, bool bForeground);
+    // A 4-byte buffer resampled by area into a new nWidth x nHeight buffer.
+    IImageBuffer* ResizeImageBuffer(IImageBuffer* pSrc, UINT nWidth, UINT nHeight);
+    // The mask's rows and runs into the diagnostic log.
+    void DumpIImageBuffer(IImageBuffer* pBuffer);
+
     IVXHvnDspAgent* m_dspAgent;
     IVXHvnDspAgent* m_dspBufAgent;
     pcg::platform::ModuleHandle m_hDspAgentDll;
@@ -86,6 +118,37 @@ public:
     pcg::platform::ModuleHandle m_hImageRetouchDll;
     std::wstring m_imageRetouchDllPath;
     ImageRetouchMgr* m_pImageRetouchMgr;
+
+    // The live selection, the picture copy the smart selection reads, and
+    // the tools that work on them. Plain arrays owned by the facade.
+    SelectionResult m_LatestSelectionResult;
+    int32_t m_nSelectionWidth;
+    int32_t m_nSelectionHeight;
+    BufferData m_selectionBufData;
+    ZenodorLoader m_ZenodorLoader;
+    CSelectionTool m_SelectionTool;
+    CMagicSelection m_MagicSelection;
+    CManualBrush m_ManualBrush;
+    IppFunctions m_ippFunctions;
+
+    // Applies the lens settings, then crop and rotation, of a correction
+    // dictionary; output.pBuffer is a new plain array for the caller.
+    HRESULT m_fnMaskCorrection(PyObject* pPyoMaskCorrect, BufferData input, BufferData& output);
+    // Rebuilds the live mask at the run's size from a boundary line list.
+    HRESULT m_fnSetSelectionResultMaskData(PyObject* pPyoMaskLine, bool bMaskInvert);
+
+private:
+    // Frees the live mask and empties its view; a brush that aliased it
+    // loses its view until the next mask is built (m_bBrushOnMask).
+    void m_fnFreeSelectionMask();
+    // A new allocator buffer holding a copy of the live mask; the line is
+    // logged when none comes.
+    IImageBuffer* m_fnCopyOfMask(const char* pszFailure);
+    // Teardown: the picture copy, the live mask, and an open smart selection.
+    void m_fnFreeSelectionBuffers();
+    bool m_bBrushOnMask;
+
+public:
 
 private:
     void m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent);
