@@ -1,0 +1,112 @@
+// Test-only companion module: makes, fills and reads image buffers for the
+// Python tests and examples, and gives a facade a buffer allocator until the
+// image engine provides one. It shares SWIG's type table with _PyClipGrade,
+// so its IImageBuffer handles are the module's own kind.
+%module PcgBufferTesting
+
+%{
+#include <cstring>
+
+#include "facade/clipgrade.h"
+#include "imaging/cimage_buffer.h"
+
+namespace {
+
+// Hands out the module's own buffers, one reference for the caller.
+class TestingAllocator final : public IBufferAllocator {
+public:
+    int32_t PCG_WINAPI QueryInterface(const pcg::engine::ComGuid&, void** ppv) override {
+        if (ppv) *ppv = nullptr;
+        return pcg::engine::kResultNoInterface;
+    }
+    uint32_t PCG_WINAPI AddRef() override { return 1; }
+    uint32_t PCG_WINAPI Release() override { return 1; }
+    int32_t PCG_WINAPI allocateImageBuffer(IImageBuffer** pp, uint32_t w, uint32_t h, int bytes) override {
+        if (!pp) return static_cast<int32_t>(0x80004003u);
+        *pp = bytes > 0 ? CreateImageBuffer(w, h, static_cast<uint32_t>(bytes)) : nullptr;
+        return *pp ? 0 : static_cast<int32_t>(0x80004005u);
+    }
+};
+TestingAllocator g_allocator;
+
+}  // namespace
+
+// A zero-filled buffer with one reference, or None.
+IImageBuffer* NewBuffer(unsigned int width, unsigned int height, unsigned int pixelBytes) {
+    IImageBuffer* buffer = CreateImageBuffer(width, height, pixelBytes);
+    if (!buffer) return nullptr;
+    uint8_t* p = nullptr;
+    int w = 0, h = 0;
+    buffer->LockBuffer(&p, &w, &h);
+    std::memset(p, 0, static_cast<size_t>(width) * height * pixelBytes);
+    buffer->UnlockBuffer();
+    return buffer;
+}
+
+// Copies bytes into the pixels, at most as many as there are; the count copied.
+long WriteBytes(IImageBuffer* buffer, PyObject* data) {
+    if (!buffer || !PyBytes_Check(data)) return -1;
+    uint8_t* p = nullptr;
+    int w = 0, h = 0;
+    buffer->LockBuffer(&p, &w, &h);
+    const size_t capacity = static_cast<size_t>(w) * h * buffer->GetPixelBytes();
+    size_t count = static_cast<size_t>(PyBytes_Size(data));
+    if (count > capacity) count = capacity;
+    if (count) std::memcpy(p, PyBytes_AsString(data), count);
+    buffer->UnlockBuffer();
+    return static_cast<long>(count);
+}
+
+// The pixels as bytes.
+PyObject* ReadBytes(IImageBuffer* buffer) {
+    if (!buffer) Py_RETURN_NONE;
+    uint8_t* p = nullptr;
+    int w = 0, h = 0;
+    buffer->LockBuffer(&p, &w, &h);
+    PyObject* data = PyBytes_FromStringAndSize(reinterpret_cast<const char*>(p),
+                                               static_cast<Py_ssize_t>(w) * h * buffer->GetPixelBytes());
+    buffer->UnlockBuffer();
+    return data;
+}
+
+// (width, height, pixel bytes).
+PyObject* Shape(IImageBuffer* buffer) {
+    if (!buffer) Py_RETURN_NONE;
+    return Py_BuildValue("(i,i,i)", buffer->GetWidth(), buffer->GetHeight(), buffer->GetPixelBytes());
+}
+
+int AddRef(IImageBuffer* buffer) { return buffer ? buffer->AddRef() : -1; }
+int Release(IImageBuffer* buffer) { return buffer ? buffer->Release() : -1; }
+// The count without changing it.
+int RefCount(IImageBuffer* buffer) {
+    if (!buffer) return -1;
+    buffer->AddRef();
+    return buffer->Release();
+}
+bool SameBuffer(IImageBuffer* a, IImageBuffer* b) { return a == b; }
+
+// Gives the facade this module's allocator when it has none.
+bool UseTestingAllocator(PyClipGrade* facade) {
+    if (!facade || facade->m_pBufferAllocator) return false;
+    facade->m_pBufferAllocator = &g_allocator;
+    return true;
+}
+// Takes it back, before the facade goes.
+void DropTestingAllocator(PyClipGrade* facade) {
+    if (facade && facade->m_pBufferAllocator == &g_allocator) facade->m_pBufferAllocator = nullptr;
+}
+%}
+
+class IImageBuffer;
+class PyClipGrade;
+
+IImageBuffer* NewBuffer(unsigned int width, unsigned int height, unsigned int pixelBytes);
+long WriteBytes(IImageBuffer* buffer, PyObject* data);
+PyObject* ReadBytes(IImageBuffer* buffer);
+PyObject* Shape(IImageBuffer* buffer);
+int AddRef(IImageBuffer* buffer);
+int Release(IImageBuffer* buffer);
+int RefCount(IImageBuffer* buffer);
+bool SameBuffer(IImageBuffer* a, IImageBuffer* b);
+bool UseTestingAllocator(PyClipGrade* facade);
+void DropTestingAllocator(PyClipGrade* facade);
