@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 PYTHON := /usr/bin/python3
 HOST := $(BUILD)/host
 
-.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo bench clean
+.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo example-selection bench clean
 
 all: build
 
@@ -50,6 +50,10 @@ test: test-unit test-python test-leaks test-sanitize test-threads test-windows
 
 demo: build
 	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/demo.py
+
+# A smart selection on a photograph, written as an overlay picture.
+example-selection: build
+	PYTHONPATH=$(abspath $(HOST)):$(abspath $(BUILD))/testing $(PYTHON) examples/smart_selection.py $(abspath $(BUILD))/smart_selection_overlay.png
 
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF

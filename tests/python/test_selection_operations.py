@@ -399,3 +399,19 @@ def test_resize(selection):
     assert buffers.RefCount(half) == 1
     if HAVE_RESAMPLER:
         assert buffers.ReadBytes(half) == bytes([10, 20, 30, 255]) * 4
+
+
+def test_the_photograph_example_writes_its_overlay(tmp_path):
+    import subprocess
+    import sys
+
+    from conftest import BUILD, REPO
+    from PIL import Image
+
+    out = tmp_path / "overlay.png"
+    env = dict(os.environ, PYTHONPATH=os.pathsep.join([HOST, os.path.join(BUILD, "testing")]))
+    done = subprocess.run([sys.executable, os.path.join(REPO, "examples", "smart_selection.py"), str(out)],
+                          env=env, capture_output=True, text=True, timeout=120)
+    assert done.returncode == 0, done.stderr
+    assert "run list back to a mask gives the same selection: True" in done.stdout
+    assert Image.open(out).size == (600, 400)
