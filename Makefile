@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 PYTHON := /usr/bin/python3
 HOST := $(BUILD)/host
 
-.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo example-selection bench clean
+.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo example-selection bench bench-python clean
 
 all: build
 
@@ -54,6 +54,10 @@ demo: build
 # A smart selection on a photograph, written as an overlay picture.
 example-selection: build
 	PYTHONPATH=$(abspath $(HOST)):$(abspath $(BUILD))/testing $(PYTHON) examples/smart_selection.py $(abspath $(BUILD))/smart_selection_overlay.png
+
+# The selection members through Python beside the same C++ calls and numpy.
+bench-python: build
+	PYTHONPATH=$(abspath $(HOST)):$(abspath $(BUILD))/testing $(PYTHON) bench/selection_python_bench.py
 
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF

@@ -78,7 +78,7 @@ int TupleInt(PyObject* tuple, Py_ssize_t index) {
         return 0;
     }
     Py_INCREF(item);
-    const long value = PyLong_AsLong(item);
+    const long value = PyInt_AsLong(item);
     Py_DECREF(item);
     if (value == -1 && PyErr_Occurred()) {
         PyErr_Clear();

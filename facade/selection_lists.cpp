@@ -59,13 +59,25 @@ void ReadPositions(PyObject* list, std::vector<int>& values) {
 PyObject* BoundaryLineList(const SelectionLine* lines, std::size_t count) {
     PyObject* list = PyList_New(static_cast<Py_ssize_t>(count));
     if (list == nullptr) return nullptr;
+    // The tuples "(i,i,i)" would make, built directly: a selection of a
+    // 4K picture can have millions of runs, and the format parser per item
+    // was most of the time.
     for (std::size_t index = 0; index < count; ++index) {
-        PyObject* item = Py_BuildValue("(i,i,i)", static_cast<int>(lines[index].nX),
-                                       static_cast<int>(lines[index].nY), static_cast<int>(lines[index].nLength));
-        if (item == nullptr) {
+        PyObject* item = PyTuple_New(3);
+        PyObject* x = PyInt_FromLong(lines[index].nX);
+        PyObject* y = PyInt_FromLong(lines[index].nY);
+        PyObject* length = PyInt_FromLong(lines[index].nLength);
+        if (item == nullptr || x == nullptr || y == nullptr || length == nullptr) {
+            Py_XDECREF(item);
+            Py_XDECREF(x);
+            Py_XDECREF(y);
+            Py_XDECREF(length);
             Py_DECREF(list);
             return nullptr;
         }
+        PyTuple_SET_ITEM(item, 0, x);
+        PyTuple_SET_ITEM(item, 1, y);
+        PyTuple_SET_ITEM(item, 2, length);
         PyList_SET_ITEM(list, static_cast<Py_ssize_t>(index), item);
     }
     return list;

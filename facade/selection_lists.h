@@ -18,8 +18,8 @@ namespace facade {
 // The number of elements of a list, 0 for anything that is not a list.
 Py_ssize_t ListLength(PyObject* list);
 
-// Parses up to `count` items of `list` into `out` (already `count` long,
-// zero-filled) as tuples of `format`; fill(item-values) writes one element.
+// Each reader parses as many items as its target holds (sized by the
+// caller from ListLength, zero-filled), one tuple per element.
 void ReadBoundaryLines(PyObject* list, std::vector<SelectionLine>& lines);
 void ReadNormalisedLines(PyObject* list, std::vector<float>& values);  // 3 per line
 void ReadPositions(PyObject* list, std::vector<int>& values);         // 2 per position

@@ -7,6 +7,7 @@
 %{
 #include <cstring>
 
+#include "bench/selection_tool_timing.h"
 #include "facade/clipgrade.h"
 #include "imaging/cimage_buffer.h"
 
@@ -85,6 +86,13 @@ int RefCount(IImageBuffer* buffer) {
 }
 bool SameBuffer(IImageBuffer* a, IImageBuffer* b) { return a == b; }
 
+// Medians in milliseconds of the C++ selection tool on this mask:
+// (mask to lines, lines to mask, line count). The Python benchmark's peer.
+PyObject* TimeSelectionTool(IImageBuffer* mask, int repetitions) {
+    const pcg::bench::ToolTimes times = pcg::bench::TimeSelectionTool(mask, repetitions);
+    return Py_BuildValue("(d,d,i)", times.dMaskToPointMs, times.dPointToMaskMs, times.nLines);
+}
+
 // Gives the facade this module's allocator when it has none.
 bool UseTestingAllocator(PyClipGrade* facade) {
     if (!facade || facade->m_pBufferAllocator) return false;
@@ -108,5 +116,6 @@ int AddRef(IImageBuffer* buffer);
 int Release(IImageBuffer* buffer);
 int RefCount(IImageBuffer* buffer);
 bool SameBuffer(IImageBuffer* a, IImageBuffer* b);
+PyObject* TimeSelectionTool(IImageBuffer* mask, int repetitions);
 bool UseTestingAllocator(PyClipGrade* facade);
 void DropTestingAllocator(PyClipGrade* facade);
