@@ -283,7 +283,11 @@ HRESULT PyClipGrade::m_fnMaskCorrection(PyObject* pPyoMaskCorrect, BufferData in
 
     PyObject* lens = DictItem(pPyoMaskCorrect, STR_LENS_CORRECTION);
     if (lens) {
-        LensCorrectSetting lenscorrectSetting;
+        // The lens operation reads a MaskCorrectSetting: the lens settings
+        // and a warp direction. No direction is chosen here; it stays at its
+        // default 0, the direct one (any value but 1), never unset bytes.
+        MaskCorrectSetting maskCorrectSetting;
+        LensCorrectSetting& lenscorrectSetting = maskCorrectSetting.lensCorrectSetting;
         ReadSetting(lens, STR_LENS_CORRECTION_DISTORTION, "i", &lenscorrectSetting.nDistortion);
         ReadSetting(lens, STR_LENS_CORRECTION_VERTICAL, "i", &lenscorrectSetting.nVertical);
         ReadSetting(lens, STR_LENS_CORRECTION_HORIZONTAL, "i", &lenscorrectSetting.nHorizontal);
@@ -297,7 +301,7 @@ HRESULT PyClipGrade::m_fnMaskCorrection(PyObject* pPyoMaskCorrect, BufferData in
         DumpLog("PyClipGrade::m_fnMaskCorrection Lens Setting nCABlue : %d\n", lenscorrectSetting.nCABlue);
         PyGilUnlockScope unlocked;
         const int32_t hr = m_SelectionTool.SelectionMaskOperation(input, input, MASK_LENSCORRECT,
-                                                                  static_cast<void*>(&lenscorrectSetting), bufferData);
+                                                                  static_cast<void*>(&maskCorrectSetting), bufferData);
         if (hr < 0) {
             DumpLog("PyClipGrade::m_fnMaskCorrection m_SelectionTool.SelectionMaskOperation(input, input, "
                     "MASK_LENSCORRECT, (void*)&lenscorrectSetting, bufferData) failed hr=0x%08X\n",

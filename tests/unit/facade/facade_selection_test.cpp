@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -378,7 +380,8 @@ TEST_F(FacadeSelectionTest, LensSettingsReachTheToolAndAreLogged) {
     EXPECT_TRUE(Logged("PyClipGrade::m_fnMaskCorrection no crop effect\n"));
     // The same warp straight through the tool.
     CSelectionTool tool;
-    LensCorrectSetting lens;
+    MaskCorrectSetting correct;  // direction 0: the direct warp
+    LensCorrectSetting& lens = correct.lensCorrectSetting;
     lens.nDistortion = 40;
     lens.nVertical = -20;
     lens.nHorizontal = 10;
@@ -390,7 +393,7 @@ TEST_F(FacadeSelectionTest, LensSettingsReachTheToolAndAreLogged) {
     std::vector<uint8_t> expected(bytes.size(), 0);
     BufferData want = in;
     want.pBuffer = expected.data();
-    ASSERT_EQ(tool.SelectionMaskOperation(in, in, MASK_LENSCORRECT, &lens, want), 0);
+    ASSERT_EQ(tool.SelectionMaskOperation(in, in, MASK_LENSCORRECT, &correct, want), 0);
     EXPECT_EQ(Pixels(out), expected);
     EXPECT_NE(expected, bytes);
     out->Release();

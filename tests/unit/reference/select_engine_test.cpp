@@ -2,7 +2,10 @@
 // loads it: region growing, add and remove, history, journal and counters.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <memory>
 #include <random>
 #include <set>
 #include <vector>
