@@ -415,3 +415,33 @@ def test_the_photograph_example_writes_its_overlay(tmp_path):
     assert done.returncode == 0, done.stderr
     assert "run list back to a mask gives the same selection: True" in done.stdout
     assert Image.open(out).size == (600, 400)
+
+
+def test_a_list_that_empties_itself_while_read_is_no_crash(selection):
+    lines = []
+
+    class Shrinking:
+        def __index__(self):
+            del lines[:]
+            return 1
+
+    lines.extend([(0, 0, Shrinking()), (1, 1, 1), (2, 1, 1)])
+    handle = selection.keep(selection.facade.Selection_PointToMask(lines, 3, 2, False))
+    # The first element was read whole; the ones that went away keep 0.
+    assert buffers.ReadBytes(handle) == bytes([255, 0, 0, 0, 0, 0])
+    assert lines == []
+
+
+def test_without_the_selection_engine_the_run_keeps_its_mask(shadow, tmp_path, monkeypatch):
+    monkeypatch.setenv("PYCLIPGRADE_HOST_DIR", str(tmp_path))
+    facade = shadow.PyClipGrade()
+    buffers.UseTestingAllocator(facade)
+    picture = picture_buffer(4, 2, bytes([50, 60, 70, 255]) * 8)
+    assert facade.Selection_Initialize(picture, [(1, 0, 2)]) == S_OK
+    out = facade.Selection_MagicSelect([(0, 0)], 3, False, False, False)
+    assert buffers.ReadBytes(out) == bytes([0, 255, 255, 0, 0, 0, 0, 0])
+    assert facade.Selection_Undo(1) == S_OK
+    assert facade.Selection_Uninitialize() == S_OK
+    buffers.Release(out)
+    buffers.Release(picture)
+    buffers.DropTestingAllocator(facade)
