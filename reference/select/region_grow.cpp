@@ -21,10 +21,35 @@ const float* LinearTable() {
     return table.data();
 }
 
+inline float ExactLabCurve(double t) {
+    constexpr double kEpsilon = 216.0 / 24389.0;
+    constexpr double kKappa = 24389.0 / 27.0;
+    return static_cast<float>(t > kEpsilon ? std::cbrt(t) : (kKappa * t + 16.0) / 116.0);
+}
+
+// The L*a*b* curve on [0, 1.1] in 8192 steps, read with linear
+// interpolation: within 2e-5 of the exact curve (under 0.003 in L*), and a picture
+// converts several times faster than with a root per channel.
+constexpr int kCurveSteps = 8192;
+constexpr float kCurveTop = 1.1f;
+
+const float* CurveTable() {
+    static const auto table = [] {
+        std::vector<float> values(kCurveSteps + 2);
+        for (int i = 0; i <= kCurveSteps + 1; ++i) values[i] = ExactLabCurve(static_cast<double>(i) * kCurveTop / kCurveSteps);
+        return values;
+    }();
+    return table.data();
+}
+
 inline float LabCurve(float t) {
-    constexpr float kEpsilon = 216.0f / 24389.0f;
-    constexpr float kKappa = 24389.0f / 27.0f;
-    return t > kEpsilon ? std::cbrt(t) : (kKappa * t + 16.0f) / 116.0f;
+    if (!(t >= 0.0f)) return ExactLabCurve(0.0);
+    if (t >= kCurveTop) return ExactLabCurve(t);
+    const float position = t * (kCurveSteps / kCurveTop);
+    const int index = static_cast<int>(position);
+    const float fraction = position - static_cast<float>(index);
+    const float* table = CurveTable();
+    return table[index] + fraction * (table[index + 1] - table[index]);
 }
 
 inline float Distance2(const float* p, const float mean[3]) {
