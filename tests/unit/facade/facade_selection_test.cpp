@@ -364,6 +364,49 @@ TEST_F(FacadeSelectionTest, CropTakesTheRectangle) {
     mask->Release();
 }
 
+TEST_F(FacadeSelectionTest, LensThenCropWithRotation) {
+    std::vector<uint8_t> bytes(48 * 32, 0);
+    for (int y = 6; y < 26; ++y) std::memset(&bytes[y * 48 + 8], 255, 30);
+    IImageBuffer* mask = MakeBuffer(48, 32, 1, bytes);
+    PyObject* settings =
+        Eval("{'LensCrt': {'LCDist': -30, 'LCHor': 15}, 'CrpRte': {'RtAgl': 7.5, 'CrpRct': (4, 3, 36, 24)}}");
+    IImageBuffer* out = Facade().Selection_MaskCorrection(mask, settings);
+    ASSERT_NE(out, nullptr);
+    EXPECT_EQ(out->GetWidth(), 36);
+    EXPECT_EQ(out->GetHeight(), 24);
+    // Lens first, into a mask of the input's size; then crop and rotation.
+    CSelectionTool tool;
+    MaskCorrectSetting correct;
+    correct.lensCorrectSetting.nDistortion = -30;
+    correct.lensCorrectSetting.nHorizontal = 15;
+    BufferData in;
+    in.pBuffer = bytes.data();
+    in.nWidth = in.nStride = 48;
+    in.nHeight = 32;
+    std::vector<uint8_t> lensed(bytes.size(), 0);
+    BufferData middle = in;
+    middle.pBuffer = lensed.data();
+    ASSERT_EQ(tool.SelectionMaskOperation(in, in, MASK_LENSCORRECT, &correct, middle), 0);
+    std::vector<uint8_t> expected(36 * 24, 0);
+    BufferData want;
+    want.pBuffer = expected.data();
+    want.nWidth = want.nStride = 36;
+    want.nHeight = 24;
+    CropRotateSetting crop;
+    crop.fAngle = 7.5f;
+    crop.nLeft = 4;
+    crop.nTop = 3;
+    crop.nWidth = 36;
+    crop.nHeight = 24;
+    oracle::CropRotate(middle, crop, want);
+    EXPECT_EQ(Pixels(out), expected);
+    EXPECT_TRUE(Logged("PyClipGrade::m_fnMaskCorrection Crop Setting fAngle : 7.500000\n"));
+    EXPECT_TRUE(Logged("PyClipGrade::m_fnMaskCorrection Crop Setting nHeight : 24\n"));
+    out->Release();
+    Py_DECREF(settings);
+    mask->Release();
+}
+
 TEST_F(FacadeSelectionTest, LensSettingsReachTheToolAndAreLogged) {
     std::vector<uint8_t> bytes(40 * 30, 0);
     for (int y = 5; y < 25; ++y) std::memset(&bytes[y * 40 + 5], 255, 30);
