@@ -18,8 +18,10 @@ public:
     }
     ~LogOn() {
         Captured().Stop();
-        pcg::platform_testing::DeleteSettingsKey(kProductKey);
+        // A missing key leaves the switches as they were: turn them off first.
+        pcg::platform_testing::SetSettingsDword(kProductKey, L"DumpMsg", 0);
         DumpConfigure("PyClipGrade", nullptr, nullptr, nullptr);
+        pcg::platform_testing::DeleteSettingsKey(kProductKey);
     }
     LogOn(const LogOn&) = delete;
     LogOn& operator=(const LogOn&) = delete;
