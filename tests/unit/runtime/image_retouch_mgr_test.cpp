@@ -12,38 +12,13 @@
 #include "platform/testing/settings_editor.h"
 #include "reference/retouch/ref_retouch_api.h"
 #include "tests/unit/runtime/log_on.h"
+#include "tests/unit/runtime/retouch_library.h"
 
 using namespace pcg;
 
 namespace {
 
-const wchar_t kEngineRelativePath[] = L"Kernel\\ImageRetouch\\ImageRetouch.dll";
 const wchar_t kClassName[] = L"{58529D7C-751A-47A9-982D-1560342ECB14}";
-
-// The reference image engine, loaded as the facade loads it.
-class RetouchLibrary {
-public:
-    RetouchLibrary() {
-        m_hModule = platform::LoadModule(platform::JoinHostPath(platform::HostDirectory(), kEngineRelativePath).c_str());
-        m_fnCounter = reinterpret_cast<RefRetouchCounterFn>(platform::FindSymbol(m_hModule, "RefRetouch_Counter"));
-        m_fnReset = reinterpret_cast<RefRetouchResetFn>(platform::FindSymbol(m_hModule, "RefRetouch_Reset"));
-        m_fnSetResult =
-            reinterpret_cast<RefRetouchSetResultFn>(platform::FindSymbol(m_hModule, "RefRetouch_SetResult"));
-        if (m_fnReset) m_fnReset();
-    }
-    ~RetouchLibrary() {
-        if (m_fnReset) m_fnReset();
-        platform::UnloadModule(m_hModule);
-    }
-    int64_t Counter(const char* name) const { return m_fnCounter(name); }
-    void SetResult(const char* object, const char* op, double value) const { m_fnSetResult(object, op, value); }
-    bool Loaded() const { return m_hModule && m_fnCounter && m_fnReset && m_fnSetResult; }
-
-    platform::ModuleHandle m_hModule = nullptr;
-    RefRetouchCounterFn m_fnCounter = nullptr;
-    RefRetouchResetFn m_fnReset = nullptr;
-    RefRetouchSetResultFn m_fnSetResult = nullptr;
-};
 
 class ImageRetouchMgrTest : public ::testing::Test {
 protected:
@@ -52,7 +27,7 @@ protected:
         platform_testing::DeleteSettingsKey(L"Classes");
     }
     void TearDown() override { platform_testing::DeleteSettingsKey(L"Classes"); }
-    RetouchLibrary m_library;
+    pcg::reftest::RetouchLibrary m_library;
 };
 
 TEST_F(ImageRetouchMgrTest, ConstructionStartsAnIdleWorkerWithoutGdiplus) {
