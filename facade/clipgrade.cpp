@@ -47,7 +47,9 @@ PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL sta
         DumpLog("[PyClipGrade constructor] Get VXHvnDspAgent addr=0x%X",
                 static_cast<unsigned int>(reinterpret_cast<uintptr_t>(agent)));
     }
+    m_fnStartImageEngine(imageRetouchDllPath, createBufferAgent);
     m_fnBringUpAgents(agentPassed, createBufferAgent);
+    m_fnSettlePixelDepth();
 
     // The selection engine; a failure is logged by the loader and leaves
     // the smart selection without an object.
@@ -78,11 +80,13 @@ void PyClipGrade::m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent) {
     if (!agentPassed) {
         DumpLog("PyClipGrade::PyClipGrade PyClipGrade Initial DspMain");
         m_dspAgent = createAgent("DspMain", 0, nullptr);
+        if (m_dspAgent != nullptr) m_dspAgent->SetImageRetouchMgr(m_pImageRetouchMgr);
         pcg::facade::RegisterHeldAgent(m_dspAgent);
     }
     if (createBufferAgent) {
         DumpLog("PyClipGrade::PyClipGrade PyClipGrade Initial DspBuf");
         m_dspBufAgent = createAgent("DspBuf", 0, nullptr);
+        if (m_dspBufAgent != nullptr) m_dspBufAgent->SetImageRetouchMgr(m_pImageRetouchMgr);
     }
 }
 
@@ -91,6 +95,8 @@ PyClipGrade::~PyClipGrade() {
     m_ippFunctions.Unload();
     m_fnFreeSelectionBuffers();
     m_fnReleaseAgents();
+    m_fnReleaseImageEngine();
+    m_fnFreeImageRetouchLibrary();
     m_fnFreeAgentLibraries();
     if (pcg::platform::UnloadModule(m_hPassedAgentCode) == 1) {
         m_hPassedAgentCode = nullptr;

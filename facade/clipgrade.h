@@ -156,6 +156,13 @@ private:
     template <typename Call>
     HRESULT m_fnMirror(const char* nullLine, Call call);
     void m_fnReleaseAgents();
+    // Engine start-up: the path, the manager, ImageRetouch and the allocator
+    // (when createBufferAgent), then the pixel depth; and their teardown.
+    void m_fnStartImageEngine(WCHAR* imageRetouchDllPath, BOOL createBufferAgent);
+    HRESULT m_fnInitImageRetouch();
+    void m_fnSettlePixelDepth();
+    void m_fnReleaseImageEngine();
+    void m_fnFreeImageRetouchLibrary();
     void m_fnFreeAgentLibraries();
 };
 

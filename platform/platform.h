@@ -153,6 +153,43 @@ bool BeginDetachedThread(void (*routine)(void* argument), void* argument);
 
 uint32_t CurrentThreadId();
 
+// -------------------------------------------------------- component objects
+
+// CoInitialize(NULL): the calling thread enters a single-threaded apartment.
+// 0 (S_OK) for the first entry on a thread, 1 (S_FALSE) for a further one;
+// each success is matched by one LeaveApartment. On POSIX the apartment is a
+// per-thread count that the registered-class lookup below requires.
+int32_t EnterApartment();
+// CoUninitialize.
+void LeaveApartment();
+// True while the calling thread is inside an apartment.
+bool InApartment();
+
+// CoCreateInstance(clsid, no outer object, CLSCTX_INPROC_SERVER, iid, ppv).
+// Both identities point to 16 bytes in the system GUID's form. On POSIX the
+// class is looked up in the settings file's [Classes] section, a value named
+// by the class in braces and capitals ("{58529D7C-751A-...}") holding a path
+// relative to the host folder; a class without such a value falls back to
+// the reference image engine's library, "Kernel\ImageRetouch\ImageRetouch"
+// below the host folder; an empty value means the class is not registered.
+// The library's DllGetClassObject serves the class; a library once loaded
+// stays loaded, as COM keeps it. Results as COM's: 0x800401F0 outside an
+// apartment, 0x80040154 for a class nobody serves, 0x8007007E for a library
+// that does not load, else what the class factory answered.
+int32_t CreateRegisteredInstance(const void* clsid, const void* iid, void** ppv);
+
+// MessageBoxW(no owner, text, caption, MB_ICONSTOP | MB_OK): blocks until
+// answered. On POSIX nothing can answer, so the caption and text go to the
+// system trace and to standard error (through DebugOutputW, so the hook below
+// sees them) and the call returns as if OK had been pressed (1).
+int32_t ShowStopMessage(const wchar_t* text, const wchar_t* caption);
+
+// GdiplusStartup (version 1, no debug callback, background thread and
+// external codecs not suppressed) and GdiplusShutdown. POSIX has no GDI+:
+// Start gives false and a zero token, Stop does nothing.
+bool StartGdiplus(uintptr_t* token);
+void StopGdiplus(uintptr_t token);
+
 // ----------------------------------------------------------- settings store
 
 // The registry below HKEY_LOCAL_MACHINE. On POSIX a settings file: by default

@@ -15,6 +15,7 @@ BUILD = os.environ.get("PYCLIPGRADE_BUILD", os.path.join(REPO, "build"))
 HOST = os.path.join(BUILD, "host")
 SUFFIX = ".dll" if sys.platform == "win32" else ".so"
 AGENT_LIBRARY = os.path.join(HOST, "KESdlls", "VXHvnDspAgent" + SUFFIX)
+RETOUCH_LIBRARY = os.path.join(HOST, "Kernel", "ImageRetouch", "ImageRetouch" + SUFFIX)
 PRODUCT_KEY = "SoftWare\\Verimont\\Huevane5"
 
 # The settings file is read afresh at every open, so tests may rewrite it at
@@ -73,6 +74,49 @@ class Journal:
 
     def set_result(self, agent, op, value):
         self.lib.RefAgent_SetResult(agent.encode(), op.encode(), float(value))
+
+
+class RetouchJournal:
+    """The reference image engine's journal, injected results and counters."""
+
+    def __init__(self, path):
+        self.lib = ctypes.CDLL(path)
+        self.lib.RefRetouch_Journal.restype = ctypes.c_int32
+        self.lib.RefRetouch_Journal.argtypes = [ctypes.c_char_p, ctypes.c_int32]
+        self.lib.RefRetouch_Reset.restype = None
+        self.lib.RefRetouch_Reset.argtypes = []
+        self.lib.RefRetouch_SetResult.restype = None
+        self.lib.RefRetouch_SetResult.argtypes = [ctypes.c_char_p, ctypes.c_char_p, ctypes.c_double]
+        self.lib.RefRetouch_Counter.restype = ctypes.c_int64
+        self.lib.RefRetouch_Counter.argtypes = [ctypes.c_char_p]
+
+    def entries(self):
+        length = self.lib.RefRetouch_Journal(None, 0)
+        buffer = ctypes.create_string_buffer(length + 1)
+        assert self.lib.RefRetouch_Journal(buffer, length + 1) == length
+        return json.loads(buffer.value.decode("utf-8"))
+
+    def ops(self, op, obj=None):
+        return [e for e in self.entries() if e["op"] == op and (obj is None or e["object"] == obj)]
+
+    def counter(self, name):
+        """"instancesLive", "buffersLive", "imagesHeld", "recordsHeld", ..."""
+        return self.lib.RefRetouch_Counter(name.encode())
+
+    def reset(self):
+        self.lib.RefRetouch_Reset()
+
+    def set_result(self, obj, op, value):
+        self.lib.RefRetouch_SetResult(obj.encode(), op.encode(), float(value))
+
+
+@pytest.fixture
+def retouch():
+    gc.collect()
+    r = RetouchJournal(RETOUCH_LIBRARY)
+    r.reset()
+    yield r
+    r.reset()
 
 
 @pytest.fixture(scope="session")

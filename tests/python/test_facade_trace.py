@@ -1,8 +1,28 @@
 """The facade's trace lines, as they reach standard error with the trace on."""
 
+import threading
+
 from conftest import HOST, S_OK
 
 PREFIX = "[PyClipGrade] "
+
+
+def send_lines(count):
+    """What each blocking send to the image retouch manager writes, from this thread."""
+    me = threading.get_native_id()
+    return [PREFIX + "ImageRetouchMgr::m_fnSendTask Send Task From Thread %d" % me,
+            PREFIX + "ImageRetouchMgr::m_fnSendTask Task Complete For Thread %d" % me] * count
+
+
+STARTUP = [
+    PREFIX + "PyClipGrade::PyClipGrade EnableKESPlugInMultiThread=-1",
+    PREFIX + "ImageRetouchMgr::ImageRetouchMgr() enter",
+    PREFIX + "ImageRetouchMgr::ImageRetouchMgr() end",
+]
+MANAGER_GOES = [
+    PREFIX + "ImageRetouchMgr::~ImageRetouchMgr() enter",
+    PREFIX + "ImageRetouchMgr::~ImageRetouchMgr() end",
+]
 
 
 def lines(text):
@@ -13,14 +33,17 @@ def test_construction_and_teardown_lines(trace_on, shadow, capfd):
     facade = shadow.PyClipGrade()
     del facade
     out = lines(capfd.readouterr().err)
-    assert out[0] == PREFIX + "PyClipGrade::PyClipGrade() enter"
-    assert out[1] == (PREFIX + "PyClipGrade::PyClipGrade path of DspAgent=%s/KESdlls/VXHvnDspAgent.dll, "
-                      "libiomp5md=%s/Kernel/ImageRetouch/libiomp5md.dll" % (HOST, HOST))
-    assert out[2:] == [
+    created = send_lines(1)
+    created.insert(1, PREFIX + "ImageRetouchMgr::m_fnCreateImageRetouchInst Initial VXImageRetouch success!")
+    assert out == [PREFIX + "PyClipGrade::PyClipGrade() enter"] + STARTUP + [
+        PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial ImageRetouch"] + created + [
+        PREFIX + "PyClipGrade::PyClipGrade path of DspAgent=%s/KESdlls/VXHvnDspAgent.dll, "
+                 "libiomp5md=%s/Kernel/ImageRetouch/libiomp5md.dll" % (HOST, HOST),
         PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspMain",
         PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspBuf",
         PREFIX + "PyClipGrade::PyClipGrade() end",
         PREFIX + "PyClipGrade::~PyClipGrade() enter",
+    ] + send_lines(2) + MANAGER_GOES + [
         PREFIX + "PyClipGrade::~PyClipGrade() end",
     ]
 
@@ -32,7 +55,7 @@ def test_passed_agent_is_logged_and_no_library_loaded(trace_on, shadow, capfd):
     out = lines(capfd.readouterr().err)
     assert out[0] == PREFIX + "PyClipGrade::PyClipGrade() enter"
     assert out[1].startswith(PREFIX + "[PyClipGrade constructor] Get VXHvnDspAgent addr=0x")
-    assert out[2:] == [PREFIX + "PyClipGrade::PyClipGrade() end"]
+    assert out[2:] == STARTUP + [PREFIX + "PyClipGrade::PyClipGrade() end"]
 
 
 def test_push_task_lines(trace_on, shadow, capfd):

@@ -112,7 +112,8 @@ def test_point_to_mask_refusals(selection):
 
 
 def test_without_an_allocator_the_buffer_members_answer_none(shadow):
-    facade = shadow.PyClipGrade()
+    # Its own agent and no buffer agent: no image engine, no allocator.
+    facade = shadow.PyClipGrade("@_PtrWrapper_$=0", 0)
     assert facade.Selection_PointToMask([(0, 0, 1)], 4, 4, False) is None
     assert facade.Selection_MagicSelect([(0, 0)], 3, False, False, False) is None
     assert facade.Manual_UpdateStroke([(0, 0)], 3, True, True) is None

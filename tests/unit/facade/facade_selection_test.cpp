@@ -116,14 +116,24 @@ class FacadeSelectionTest : public LogCapture {
 protected:
     void SetUp() override {
         LogCapture::SetUp();
-        m_facade.reset(new PyClipGrade());
-        m_facade->m_pBufferAllocator = &m_allocator;
+        MakeFacade();
     }
     void TearDown() override {
-        m_facade->m_pBufferAllocator = nullptr;
-        m_facade.reset();
+        DropFacade();
         LogCapture::TearDown();
     }
+    // The engine's own allocator is set aside for the test's, whose failures
+    // the test controls, and put back before the facade goes.
+    void MakeFacade() {
+        m_facade.reset(new PyClipGrade());
+        m_pEngineAllocator = m_facade->m_pBufferAllocator;
+        m_facade->m_pBufferAllocator = &m_allocator;
+    }
+    void DropFacade() {
+        m_facade->m_pBufferAllocator = m_pEngineAllocator;
+        m_facade.reset();
+    }
+    IBufferAllocator* m_pEngineAllocator = nullptr;
     PyClipGrade& Facade() { return *m_facade; }
     TestAllocator m_allocator;
     std::unique_ptr<PyClipGrade> m_facade;
@@ -707,9 +717,8 @@ TEST_F(FacadeSelectionTest, AnOpenRunIsClosedAtTeardownAndOnANewInitialize) {
     ASSERT_EQ(Facade().Selection_Initialize(picture, empty), 0);
     ASSERT_EQ(Facade().Selection_Initialize(picture, empty), 0);
     EXPECT_EQ(entries.Counter("objectsLive"), live + 1);
-    Facade().m_pBufferAllocator = nullptr;
-    m_facade.reset(new PyClipGrade());
-    m_facade->m_pBufferAllocator = &m_allocator;
+    DropFacade();
+    MakeFacade();
     EXPECT_EQ(entries.Counter("objectsLive"), live);
     Py_DECREF(empty);
     picture->Release();
