@@ -446,3 +446,24 @@ def test_without_the_selection_engine_the_run_keeps_its_mask(shadow, tmp_path, m
     buffers.Release(out)
     buffers.Release(picture)
     buffers.DropTestingAllocator(facade)
+
+
+def test_masks_come_from_the_image_engine_s_allocator_and_go_back(shadow):
+    import ctypes
+
+    from conftest import RETOUCH_LIBRARY
+
+    retouch = ctypes.CDLL(RETOUCH_LIBRARY)
+    retouch.RefRetouch_Counter.restype = ctypes.c_int64
+    retouch.RefRetouch_Counter.argtypes = [ctypes.c_char_p]
+    facade = shadow.PyClipGrade()
+    assert not buffers.UseTestingAllocator(facade)  # the engine's allocator is there
+    before = retouch.RefRetouch_Counter(b"buffersLive")
+    mask = facade.Selection_PointToMask([(0, 0, 2)], 4, 2, False)
+    assert retouch.RefRetouch_Counter(b"buffersLive") == before + 1
+    assert buffers.ReadBytes(mask) == bytes([255, 255, 0, 0, 0, 0, 0, 0])
+    corrected = facade.Selection_MaskCorrection(mask, {})
+    assert retouch.RefRetouch_Counter(b"buffersLive") == before + 2
+    buffers.Release(corrected)
+    assert buffers.Release(mask) == 0
+    assert retouch.RefRetouch_Counter(b"buffersLive") == before
