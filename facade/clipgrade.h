@@ -138,19 +138,6 @@ public:
     HRESULT m_fnSetSelectionResultMaskData(PyObject* pPyoMaskLine, bool bMaskInvert);
 
 private:
-    // Frees the live mask and empties its view; a brush that aliased it
-    // loses its view until the next mask is built (m_bBrushOnMask).
-    void m_fnFreeSelectionMask();
-    // A new allocator buffer holding a copy of the live mask; the line is
-    // logged when none comes.
-    IImageBuffer* m_fnCopyOfMask(const char* pszFailure);
-    // Teardown: the picture copy, the live mask, and an open smart selection.
-    void m_fnFreeSelectionBuffers();
-    bool m_bBrushOnMask;
-
-public:
-
-private:
     void m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent);
     IVXHvnDspAgent* m_fnSelectAgent(bool useBufferAgent) const { return useBufferAgent ? m_dspBufAgent : m_dspAgent; }
     template <typename Call>
@@ -164,6 +151,16 @@ private:
     void m_fnReleaseImageEngine();
     void m_fnFreeImageRetouchLibrary();
     void m_fnFreeAgentLibraries();
+    // Frees the live mask and empties its view; a brush that aliased it
+    // loses its view until the next mask is built (m_bBrushOnMask).
+    void m_fnFreeSelectionMask();
+    // A new allocator buffer holding a copy of the live mask; the line is
+    // logged when none comes.
+    IImageBuffer* m_fnCopyOfMask(const char* pszFailure);
+    // Teardown: the picture copy, the live mask, and an open smart selection.
+    void m_fnFreeSelectionBuffers();
+
+    bool m_bBrushOnMask;
 };
 
 // The marker that begins an agent's text, and its length: a text carries an
