@@ -1,6 +1,7 @@
 #include "masks/mask_builders.h"
 
 #include <climits>
+#include <cstddef>
 #include <cmath>
 #include <cstring>
 #include <initializer_list>
@@ -24,6 +25,11 @@ HVN::MaskInfoBase** NewMaskArray(int32_t count) {
     const std::size_t slots = static_cast<std::size_t>(static_cast<int64_t>(count));
     const std::size_t limit = std::numeric_limits<std::size_t>::max() / sizeof(HVN::MaskInfoBase*);
     const std::size_t bytes = slots > limit ? std::numeric_limits<std::size_t>::max() : slots * sizeof(void*);
+    // A block larger than the address space can hold is refused without
+    // asking the heap.
+    if (bytes > static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max())) {
+        return nullptr;
+    }
     void* block = ::operator new[](bytes, std::nothrow);
     if (block == nullptr) {
         return nullptr;
@@ -277,6 +283,41 @@ void ReadSelectionKey(PyObject* keyFrame, PyObject* durationKey, PyObject* point
 
 }  // namespace
 
+namespace {
+
+// The item loop of the list builders: for each dictionary with its ID key,
+// a new TMask with that ID in the item's slot, then `fill` reads the rest of
+// the item into it. An item without the key is skipped with the builder's
+// line; a refused object stops the loop with `refusedLine`.
+template <typename TMask, typename TFill>
+int32_t BuildEachMask(const char* builder, const char* idKey, const char* refusedLine, PyObject* masks,
+                      HVN::MaskInfoBase** array, int32_t count, TFill fill) {
+    for (int32_t index = 0; index < count; ++index) {
+        ScriptRef item = ListItem(masks, index);
+        if (!item) {
+            continue;
+        }
+        ScriptRef id = DictValue(item.get(), idKey);
+        if (!id) {
+            DumpLog("PyClipGrade::%s, Error. No mask id!", builder);
+            continue;
+        }
+        int maskID = 0;
+        ParseInto(id.get(), "i", &maskID);
+        auto* mask = new TMask;
+        if (mask == nullptr) {
+            DumpLog(refusedLine);
+            return kResultFail;
+        }
+        mask->nMaskID = maskID;
+        array[index] = mask;
+        fill(mask, item.get());
+    }
+    return kResultOk;
+}
+
+}  // namespace
+
 int32_t m_fnGradientToMaskInfoArray(PyObject* masks, HVN::MaskInfoBase*** array, int32_t* count) {
     int32_t result = kResultOk;
     if (!BeginArray("m_fnGradientToMaskInfoArray", "PyClipGrade::m_fnGradientToMaskInfoArray, Info. nMaskCount=%d",
@@ -284,31 +325,15 @@ int32_t m_fnGradientToMaskInfoArray(PyObject* masks, HVN::MaskInfoBase*** array,
                     count, result)) {
         return result;
     }
-    for (int32_t index = 0; index < *count; ++index) {
-        ScriptRef item = ListItem(masks, index);
-        if (!item) {
-            continue;
-        }
-        ScriptRef id = DictValue(item.get(), STR_GRADIENT_MASK_ID);
-        if (!id) {
-            DumpLog("PyClipGrade::m_fnGradientToMaskInfoArray, Error. No mask id!");
-            continue;
-        }
-        int maskID = 0;
-        ParseInto(id.get(), "i", &maskID);
-        auto* mask = new HVN::GradientMask;
-        if (mask == nullptr) {
-            DumpLog("PyClipGrade::m_fnGradientToMaskInfoArray, Error. Can't allocate GradientMask");
-            return kResultFail;
-        }
-        mask->nMaskID = maskID;
-        mask->nMaskKind = engine::MASK_KIND_GRADIENT;
-        mask->effectInfoID = FUNCTION_EFFECTINFO_GMASK;
-        (*array)[index] = mask;
-        ScriptRef keys = DictValue(item.get(), STR_GRADIENT_MASK_MASKINFO);
-        ReadGradientKeys(keys.get(), mask);
-    }
-    return kResultOk;
+    return BuildEachMask<HVN::GradientMask>(
+        "m_fnGradientToMaskInfoArray", STR_GRADIENT_MASK_ID,
+        "PyClipGrade::m_fnGradientToMaskInfoArray, Error. Can't allocate GradientMask", masks, *array, *count,
+        [](HVN::GradientMask* mask, PyObject* item) {
+            mask->nMaskKind = engine::MASK_KIND_GRADIENT;
+            mask->effectInfoID = FUNCTION_EFFECTINFO_GMASK;
+            ScriptRef keys = DictValue(item, STR_GRADIENT_MASK_MASKINFO);
+            ReadGradientKeys(keys.get(), mask);
+        });
 }
 
 int32_t m_fnEllipseToMaskInfoArray(PyObject* masks, HVN::MaskInfoBase*** array, int32_t* count) {
@@ -319,43 +344,29 @@ int32_t m_fnEllipseToMaskInfoArray(PyObject* masks, HVN::MaskInfoBase*** array, 
                     count, result)) {
         return result;
     }
-    for (int32_t index = 0; index < *count; ++index) {
-        ScriptRef item = ListItem(masks, index);
-        if (!item) {
-            continue;
-        }
-        ScriptRef id = DictValue(item.get(), STR_ELLIPSE_MASK_ID);
-        if (!id) {
-            DumpLog("PyClipGrade::m_fnEllipseToMaskInfoArray, Error. No mask id!");
-            continue;
-        }
-        int maskID = 0;
-        ParseInto(id.get(), "i", &maskID);
-        auto* mask = new HVN::EllipseMask;
-        if (mask == nullptr) {
-            DumpLog("PyClipGrade::m_fnEllipseToMaskInfoArray, Error. Can't allocate MortionTrackMask");
-            return kResultFail;
-        }
-        mask->nMaskID = maskID;
-        mask->nMaskKind = engine::MASK_KIND_ELLIPSE;
-        mask->effectInfoID = FUNCTION_EFFECTINFO_EMASK;
-        (*array)[index] = mask;
-
-        ScriptRef feathers = DictValue(item.get(), STR_ELLIPSE_FEATHER);
-        if (ScriptListSize(feathers.get()) > 0) {
-            ReadEllipseFeathers(feathers.get(), mask);
-        }
-        ScriptRef inverse = DictValue(item.get(), STR_ELLIPSE_INVERSE);
-        if (inverse && PyBool_Check(inverse.get())) {
-            mask->bInverse = IsTrue(inverse.get());
-        }
-        ScriptRef keys = DictValue(item.get(), STR_ELLIPSE_INFO);
-        if (ScriptListSize(keys.get()) > 0) {
-            ReadEllipseKeys(keys.get(), mask);
-        }
+    result = BuildEachMask<HVN::EllipseMask>(
+        "m_fnEllipseToMaskInfoArray", STR_ELLIPSE_MASK_ID,
+        "PyClipGrade::m_fnEllipseToMaskInfoArray, Error. Can't allocate MortionTrackMask", masks, *array, *count,
+        [](HVN::EllipseMask* mask, PyObject* item) {
+            mask->nMaskKind = engine::MASK_KIND_ELLIPSE;
+            mask->effectInfoID = FUNCTION_EFFECTINFO_EMASK;
+            ScriptRef feathers = DictValue(item, STR_ELLIPSE_FEATHER);
+            if (ScriptListSize(feathers.get()) > 0) {
+                ReadEllipseFeathers(feathers.get(), mask);
+            }
+            ScriptRef inverse = DictValue(item, STR_ELLIPSE_INVERSE);
+            if (inverse && PyBool_Check(inverse.get())) {
+                mask->bInverse = IsTrue(inverse.get());
+            }
+            ScriptRef keys = DictValue(item, STR_ELLIPSE_INFO);
+            if (ScriptListSize(keys.get()) > 0) {
+                ReadEllipseKeys(keys.get(), mask);
+            }
+        });
+    if (result == kResultOk) {
+        DumpLog("PyClipGrade::m_fnEllipseToMaskInfoArray() end\n");
     }
-    DumpLog("PyClipGrade::m_fnEllipseToMaskInfoArray() end\n");
-    return kResultOk;
+    return result;
 }
 
 int32_t m_fnMotionTrackMaskToMaskInfoArray(PyObject* masks, uint32_t videoID, HVN::MaskInfoBase*** array,
@@ -367,53 +378,37 @@ int32_t m_fnMotionTrackMaskToMaskInfoArray(PyObject* masks, uint32_t videoID, HV
                     array, count, result)) {
         return result;
     }
-    for (int32_t index = 0; index < *count; ++index) {
-        ScriptRef item = ListItem(masks, index);
-        if (!item) {
-            continue;
-        }
-        ScriptRef id = DictValue(item.get(), STR_MAGIC_SELECTION_MASK_ID);
-        if (!id) {
-            DumpLog("PyClipGrade::m_fnMotionTrackMaskToMaskInfoArray, Error. No mask id!");
-            continue;
-        }
-        int maskID = 0;
-        ParseInto(id.get(), "i", &maskID);
-        auto* mask = new HVN::MotionTrackMask;
-        if (mask == nullptr) {
-            DumpLog("PyClipGrade::m_fnMotionTrackMaskToMaskInfoArray, Error. Can't allocate MortionTrackMask");
-            return kResultFail;
-        }
-        mask->nMaskID = maskID;
-        mask->nMaskKind = engine::MASK_KIND_MOTION_TRACK;
-        mask->effectInfoID = FUNCTION_EFFECTINFO_COMPMASK;
-        mask->nVideoID = static_cast<int32_t>(videoID);
-        (*array)[index] = mask;
-
-        ScriptRef feathers = DictValue(item.get(), STR_MAGIC_SELECTION_FEATHER);
-        if (ScriptListSize(feathers.get()) > 0) {
-            ReadValueKeys(feathers.get(), STR_MAGIC_SELECTION_FEATHER, "m_fnMotionTrackMaskToMaskInfoArray",
-                          mask->feathers);
-        }
-        ScriptRef lines = DictValue(item.get(), STR_MAGIC_SELECTION_LINES);
-        if (ScriptListSize(lines.get()) > 0) {
-            ReadTrackLines(lines.get(), mask);
-        }
-        ScriptRef inverse = DictValue(item.get(), STR_MAGIC_SELECTION_INVERSE);
-        if (!inverse) {
-            // Every motion track mask is expected to say; without the key
-            // the mask is not inverted.
-            DumpLog("PyClipGrade::m_fnMotionTrackMaskToMaskInfoArray, Error. No \"%s\" in mask %d; not inverted\n",
-                    STR_MAGIC_SELECTION_INVERSE, maskID);
-        } else if (PyBool_Check(inverse.get())) {
-            mask->bInverse = IsTrue(inverse.get());
-        }
-        ScriptRef expressions = DictValue(item.get(), STR_MAGIC_SELECTION_TREXPRESS);
-        if (ScriptListSize(expressions.get()) > 0) {
-            ReadTrackExpressions(expressions.get(), mask);
-        }
-    }
-    return kResultOk;
+    return BuildEachMask<HVN::MotionTrackMask>(
+        "m_fnMotionTrackMaskToMaskInfoArray", STR_MAGIC_SELECTION_MASK_ID,
+        "PyClipGrade::m_fnMotionTrackMaskToMaskInfoArray, Error. Can't allocate MortionTrackMask", masks, *array,
+        *count, [videoID](HVN::MotionTrackMask* mask, PyObject* item) {
+            mask->nMaskKind = engine::MASK_KIND_MOTION_TRACK;
+            mask->effectInfoID = FUNCTION_EFFECTINFO_COMPMASK;
+            mask->nVideoID = static_cast<int32_t>(videoID);
+            ScriptRef feathers = DictValue(item, STR_MAGIC_SELECTION_FEATHER);
+            if (ScriptListSize(feathers.get()) > 0) {
+                ReadValueKeys(feathers.get(), STR_MAGIC_SELECTION_FEATHER, "m_fnMotionTrackMaskToMaskInfoArray",
+                              mask->feathers);
+            }
+            ScriptRef lines = DictValue(item, STR_MAGIC_SELECTION_LINES);
+            if (ScriptListSize(lines.get()) > 0) {
+                ReadTrackLines(lines.get(), mask);
+            }
+            ScriptRef inverse = DictValue(item, STR_MAGIC_SELECTION_INVERSE);
+            if (!inverse) {
+                // Every motion track mask is expected to say; without the key
+                // the mask is not inverted.
+                DumpLog("PyClipGrade::m_fnMotionTrackMaskToMaskInfoArray, Error. No \"%s\" in mask %d; not "
+                        "inverted\n",
+                        STR_MAGIC_SELECTION_INVERSE, mask->nMaskID);
+            } else if (PyBool_Check(inverse.get())) {
+                mask->bInverse = IsTrue(inverse.get());
+            }
+            ScriptRef expressions = DictValue(item, STR_MAGIC_SELECTION_TREXPRESS);
+            if (ScriptListSize(expressions.get()) > 0) {
+                ReadTrackExpressions(expressions.get(), mask);
+            }
+        });
 }
 
 int32_t m_fnSelMaskToMaskInfoArray(PyObject* masks, HVN::MaskInfoBase*** array, int32_t* count) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "engine/result_codes.h"
+#include "tests/unit/embedded_python.h"
 #include "tests/unit/selection/log_capture.h"
 
 // The shared heap is calloc: this program's own calloc refuses the chosen
@@ -38,20 +39,11 @@ extern "C" void* calloc(std::size_t count, std::size_t size) {
 
 namespace {
 
-class PythonEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override { Py_Initialize(); }
-    void TearDown() override { Py_FinalizeEx(); }
-};
+// One interpreter for the whole program, as the module lives in one.
+const ::testing::Environment* const kPython =
+    ::testing::AddGlobalTestEnvironment(new pcg::unittest::PythonEnvironment);
 
-const ::testing::Environment* const kPython = ::testing::AddGlobalTestEnvironment(new PythonEnvironment);
-
-PyObject* Eval(const char* source) {
-    PyObject* globals = PyDict_New();
-    PyObject* value = PyRun_String(source, Py_eval_input, globals, globals);
-    Py_DECREF(globals);
-    return value;
-}
+using pcg::unittest::Eval;
 
 // What the agent would do with what it holds: keys first, then the object.
 void Release(HVN::MaskInfoBase** array, int32_t count) {
