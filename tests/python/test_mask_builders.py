@@ -4,7 +4,8 @@ mask objects, one agent call per mask, each decoded by the reference agent."""
 import gc
 import math
 import random
-import struct
+import threading
+import time
 
 import pytest
 
@@ -137,6 +138,34 @@ def test_the_same_mask_id_twice_is_two_calls_and_one_held_mask(facade, journal):
     result, calls = add(facade, journal, PY_SET_GRADIENT_MASK, [{"GMMskID": 7}, {"GMMskID": 7}])
     assert result == S_OK and len(calls) == 2
     assert journal.counter("masksHeld") == held + 1
+
+
+def test_the_agent_is_called_with_the_interpreter_let_go(facade, journal):
+    # This thread holds the agent's writer lock, so the other thread's mask
+    # waits in the agent; this thread can only run on (and unlock) if that
+    # wait let the interpreter go.
+    facade.LockEffectDataWriter(False)
+    done = threading.Event()
+
+    def other():
+        facade.AddMaskInfo(1, PY_SET_GRADIENT_MASK, [{"GMMskID": 1}], False)
+        done.set()
+
+    worker = threading.Thread(target=other)
+    worker.start()
+    time.sleep(0.2)
+    assert not done.is_set()
+    facade.UnlockEffectDataWriter(False)
+    worker.join(10)
+    assert done.is_set()
+    assert [e["args"][2] for e in journal.ops("AddMaskInfo")] == [1]
+
+
+def test_selection_and_motion_track_share_their_effect_info_and_differ_in_kind(facade, journal):
+    track, = masks_of(facade, journal, PY_SET_MOTIONTRACK_MASK, [{"MSMskID": 1, "MSMskInv": False}])
+    selection, = masks_of(facade, journal, PY_SET_SELMASK_MASK, {"SmMskID": 1, "SmPtInfo": {ESM_IS_MASK: True}})
+    assert (track["effectInfoID"], track["nMaskKind"]) == (54, 1)
+    assert (selection["effectInfoID"], selection["nMaskKind"]) == (54, 2)
 
 
 def test_masks_are_freed_by_clear_task_and_by_the_facade_going(shadow, journal):
