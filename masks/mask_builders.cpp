@@ -47,8 +47,8 @@ namespace {
 
 constexpr int32_t kLinearStyle = LINESTYLE_LINEAR;
 
-// Appends a key pointer; the key itself is kept when the list cannot grow,
-// since its pointer would be lost otherwise.
+// Appends a key pointer. A key the list cannot take is freed here: nothing
+// else could ever reach it.
 template <typename TKey>
 void AppendKey(ContractVector<TKey*>& list, TKey* key, const char* builder) {
     if (!list.push_back(key)) {
