@@ -1,4 +1,4 @@
-// The four builders that turn a script's mask description into an array of
+// The four builders that turn a script's mask list into an array of
 // mask objects for the render agent, and the map from a task ID to its mask
 // function and builder.
 #pragma once

@@ -1,4 +1,4 @@
-// Reading a script's mask descriptions as if the script were hostile: every
+// Reading a script's mask lists as if the script were hostile: every
 // container and item in use is held by an owned reference, so a conversion
 // that runs script code (an __index__ that empties the list being read)
 // cannot free what the reader is looking at; every error a read sets is

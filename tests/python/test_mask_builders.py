@@ -1,4 +1,4 @@
-"""AddMaskInfo and its four builders: a script's mask description becomes
+"""AddMaskInfo and its four builders: a script's mask list becomes
 mask objects, one agent call per mask, each decoded by the reference agent."""
 
 import gc
