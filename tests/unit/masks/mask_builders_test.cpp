@@ -7,7 +7,9 @@
 #include <cstddef>
 
 #include "engine/result_codes.h"
+#include "facade/clipgrade.h"
 #include "tests/unit/embedded_python.h"
+#include "tests/unit/reference/ref_agent_library.h"
 #include "tests/unit/selection/log_capture.h"
 
 // The shared heap is calloc: this program's own calloc refuses the chosen
@@ -131,6 +133,34 @@ TEST_F(MaskBuilders, AGradientRefusedMidwayKeepsTheMasksMadeBefore) {
     EXPECT_EQ(m_array[0]->nMaskID, 1);
     EXPECT_EQ(m_array[1], nullptr);
     EXPECT_EQ(m_array[2], nullptr);
+}
+
+// The agent gets every mask made before the refusal, one call each; the
+// slots after it are empty and skipped.
+TEST_F(MaskBuilders, AddMaskInfoDeliversTheMasksMadeBeforeARefusal) {
+    pcg::reftest::RefAgentLibrary& agent = pcg::reftest::RefAgentLibrary::Get();
+    ASSERT_TRUE(agent.Loaded());
+    PyClipGrade facade(nullptr, 0);
+    agent.Reset();
+    const int64_t held = agent.Counter("masksHeld");
+    RefuseBlock(sizeof(HVN::GradientMask), 2);
+    EXPECT_EQ(facade.AddMaskInfo(4, PY_SET_GRADIENT_MASK,
+                                 Masks("[{'GMMskID': 1}, {'GMMskID': 2}, {'GMMskID': 3}, {'GMMskID': 5}]"), false),
+              pcg::kResultOk);
+    std::vector<pcg::reftest::Json> calls;
+    for (const pcg::reftest::Json& entry : agent.JournalJson()) {
+        if (entry.at("op") == "AddMaskInfo") {
+            calls.push_back(entry.at("args"));
+        }
+    }
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_EQ(calls[0].dump(),
+              R"([4,16,1,{"class":"GradientMask","nMaskID":1,"nMaskKind":0,"effectInfoID":38,"keyFrames":[]}])");
+    EXPECT_EQ(calls[1].dump(),
+              R"([4,16,2,{"class":"GradientMask","nMaskID":2,"nMaskKind":0,"effectInfoID":38,"keyFrames":[]}])");
+    EXPECT_EQ(agent.Counter("masksHeld"), held + 2);
+    EXPECT_TRUE(Logged("PyClipGrade::m_fnGradientToMaskInfoArray, Error. Can't allocate GradientMask"));
+    EXPECT_TRUE(Logged("PyClipGrade::AddMaskInfo() end\n"));
 }
 
 TEST_F(MaskBuilders, AnEllipseRefusedIsLoggedAsTheMotionTrackText) {
