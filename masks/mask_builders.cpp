@@ -57,34 +57,6 @@ void AppendKey(ContractVector<TKey*>& list, TKey* key, const char* builder) {
     }
 }
 
-// One [time, value, optional style] item: time "L", value "i", the style
-// from a third entry only when there are exactly three.
-void ReadValueKeys(PyObject* list, const char* label, const char* builder, ContractVector<MaskValueKey*>& keys) {
-    const int32_t count = ScriptListSize(list);
-    for (int32_t index = 0; index < count; ++index) {
-        ScriptRef item = ListItem(list, index);
-        if (!item || !PyList_Check(item.get())) {
-            DumpLog("PyClipGrade::%s, Error. item %d of \"%s\" is not a list; skipped\n", builder, index, label);
-            continue;
-        }
-        long long time = 0;
-        int value = 0;
-        int style = kLinearStyle;
-        ParseInto(ListItem(item.get(), 0).get(), "L", &time);
-        ParseInto(ListItem(item.get(), 1).get(), "i", &value);
-        if (ScriptListSize(item.get()) == 3) {
-            ParseInto(ListItem(item.get(), 2).get(), "i", &style);
-        }
-        auto* key = new MaskValueKey;
-        if (key != nullptr) {
-            key->llTime = time;
-            key->nValue = value;
-            key->nLineStyle = style;
-        }
-        AppendKey(keys, key, builder);
-    }
-}
-
 // A float narrowed to single precision and then truncated toward zero.
 // NaN and values outside the 32-bit range have no integer: they read as
 // INT32_MIN, what the host's conversion instruction gives them.
@@ -96,6 +68,47 @@ int32_t TruncatedFeather(double value) {
         return INT32_MIN;
     }
     return static_cast<int32_t>(narrowed);
+}
+
+// The value of a [time, value, optional style] item.
+using ValueReader = int32_t (*)(PyObject* element);
+
+int32_t IntegerValue(PyObject* element) {
+    int value = 0;
+    ParseInto(element, "i", &value);
+    return value;
+}
+
+int32_t TruncatedFeatherValue(PyObject* element) {
+    return TruncatedFeather(FloatOf(element));
+}
+
+// [time, value, optional style] items: time "L", the value by `readValue`,
+// the style from a third entry only when there are exactly three.
+void ReadValueKeys(PyObject* list, const char* label, const char* builder, ValueReader readValue,
+                   ContractVector<MaskValueKey*>& keys) {
+    const int32_t count = ScriptListSize(list);
+    for (int32_t index = 0; index < count; ++index) {
+        ScriptRef item = ListItem(list, index);
+        if (!item || !PyList_Check(item.get())) {
+            DumpLog("PyClipGrade::%s, Error. item %d of \"%s\" is not a list; skipped\n", builder, index, label);
+            continue;
+        }
+        long long time = 0;
+        int style = kLinearStyle;
+        ParseInto(ListItem(item.get(), 0).get(), "L", &time);
+        const int32_t value = readValue(ListItem(item.get(), 1).get());
+        if (ScriptListSize(item.get()) == 3) {
+            ParseInto(ListItem(item.get(), 2).get(), "i", &style);
+        }
+        auto* key = new MaskValueKey;
+        if (key != nullptr) {
+            key->llTime = time;
+            key->nValue = value;
+            key->nLineStyle = style;
+        }
+        AppendKey(keys, key, builder);
+    }
 }
 
 // Steps 1 and 2 of every list builder: the count, then the array.
@@ -179,34 +192,6 @@ void ReadEllipseKeys(PyObject* list, HVN::EllipseMask* mask) {
             key->nLineStyle = kLinearStyle;
         }
         AppendKey(mask->keyFrames, key, "m_fnEllipseToMaskInfoArray");
-    }
-}
-
-// The ellipse's feathers: [time, float feather, optional style], the
-// feather truncated to an integer.
-void ReadEllipseFeathers(PyObject* list, HVN::EllipseMask* mask) {
-    const int32_t count = ScriptListSize(list);
-    for (int32_t index = 0; index < count; ++index) {
-        ScriptRef item = ListItem(list, index);
-        if (!item || !PyList_Check(item.get())) {
-            DumpLog("PyClipGrade::m_fnEllipseToMaskInfoArray, Error. item %d of \"%s\" is not a list; skipped\n",
-                    index, STR_ELLIPSE_FEATHER);
-            continue;
-        }
-        long long time = 0;
-        int style = kLinearStyle;
-        ParseInto(ListItem(item.get(), 0).get(), "L", &time);
-        const int32_t feather = TruncatedFeather(FloatOf(ListItem(item.get(), 1).get()));
-        if (ScriptListSize(item.get()) == 3) {
-            ParseInto(ListItem(item.get(), 2).get(), "i", &style);
-        }
-        auto* key = new MaskValueKey;
-        if (key != nullptr) {
-            key->llTime = time;
-            key->nValue = feather;
-            key->nLineStyle = style;
-        }
-        AppendKey(mask->feathers, key, "m_fnEllipseToMaskInfoArray");
     }
 }
 
@@ -352,7 +337,8 @@ int32_t m_fnEllipseToMaskInfoArray(PyObject* masks, HVN::MaskInfoBase*** array, 
             mask->effectInfoID = FUNCTION_EFFECTINFO_EMASK;
             ScriptRef feathers = DictValue(item, STR_ELLIPSE_FEATHER);
             if (ScriptListSize(feathers.get()) > 0) {
-                ReadEllipseFeathers(feathers.get(), mask);
+                ReadValueKeys(feathers.get(), STR_ELLIPSE_FEATHER, "m_fnEllipseToMaskInfoArray", TruncatedFeatherValue,
+                              mask->feathers);
             }
             ScriptRef inverse = DictValue(item, STR_ELLIPSE_INVERSE);
             if (inverse && PyBool_Check(inverse.get())) {
@@ -388,7 +374,7 @@ int32_t m_fnMotionTrackMaskToMaskInfoArray(PyObject* masks, uint32_t videoID, HV
             ScriptRef feathers = DictValue(item, STR_MAGIC_SELECTION_FEATHER);
             if (ScriptListSize(feathers.get()) > 0) {
                 ReadValueKeys(feathers.get(), STR_MAGIC_SELECTION_FEATHER, "m_fnMotionTrackMaskToMaskInfoArray",
-                              mask->feathers);
+                              IntegerValue, mask->feathers);
             }
             ScriptRef lines = DictValue(item, STR_MAGIC_SELECTION_LINES);
             if (ScriptListSize(lines.get()) > 0) {
@@ -467,11 +453,12 @@ int32_t m_fnSelMaskToMaskInfoArray(PyObject* masks, HVN::MaskInfoBase*** array, 
     }
     ScriptRef feathers = DictValue(pointInfo.get(), keys[ESM_MASK_KEYFRAME_FEATHERS].get());
     if (ScriptListSize(feathers.get()) > 0) {
-        ReadValueKeys(feathers.get(), "ESM_MASK_KEYFRAME_FEATHERS", "m_fnSelMaskToMaskInfoArray", mask->feathers);
+        ReadValueKeys(feathers.get(), "ESM_MASK_KEYFRAME_FEATHERS", "m_fnSelMaskToMaskInfoArray", IntegerValue,
+                      mask->feathers);
     }
     ScriptRef shifts = DictValue(pointInfo.get(), keys[ESM_MASK_KEYFRAME_FEATHER_SHIFTS].get());
     if (ScriptListSize(shifts.get()) > 0) {
-        ReadValueKeys(shifts.get(), "ESM_MASK_KEYFRAME_FEATHER_SHIFTS", "m_fnSelMaskToMaskInfoArray",
+        ReadValueKeys(shifts.get(), "ESM_MASK_KEYFRAME_FEATHER_SHIFTS", "m_fnSelMaskToMaskInfoArray", IntegerValue,
                       mask->featherShifts);
     }
     return kResultOk;
