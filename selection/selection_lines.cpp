@@ -5,6 +5,7 @@
 
 #include "runtime/dump_log.h"
 #include "selection/byte_scan.h"
+#include "selection/row_slices.h"
 #include "engine/result_codes.h"
 
 namespace {
@@ -18,6 +19,26 @@ struct ScanRect {
     int nRight;
     int nBottom;
 };
+
+// Calls on(c, edges) for each 64-column word of a row, c its first column:
+// bit i of edges is set where the selection turns on or off at column c + i.
+// The last word is padded with unselected columns, so a run reaching the end
+// of the row closes at the width there, unless the width ends a whole word.
+template <class OnWord>
+inline void ForEachEdgeWord(const uint8_t* pRow, int nWidth, OnWord&& on) {
+    uint64_t nPrevious = 0;
+    int c = 0;
+    for (; c + 64 <= nWidth; c += 64) {
+        const uint64_t nonZero = pcg::scan::NonZeroBits64(pRow + c);
+        on(c, nonZero ^ ((nonZero << 1) | nPrevious));
+        nPrevious = nonZero >> 63;
+    }
+    if (c < nWidth) {
+        uint64_t nonZero = 0;
+        for (int i = c; i < nWidth; ++i) nonZero |= static_cast<uint64_t>(pRow[i] != 0) << (i - c);
+        on(c, nonZero ^ ((nonZero << 1) | nPrevious));
+    }
+}
 
 // rectROI, or the whole buffer when the rectangle has no width and no height.
 ScanRect RectOf(const BufferData& mask) {
@@ -43,46 +64,45 @@ int32_t MaskToPoint(const BufferData& mask, std::vector<SelectionLine>& lines) {
         DumpLog("MaskToPoint [Err] mask side above 32767: %d x %d\n", nWidth, nHeight);
         return pcg::kResultFail;
     }
-    // A row holds at most (width + 1) / 2 runs; they are gathered here and
-    // appended a row at a time.
-    std::vector<SelectionLine> rowRuns(static_cast<size_t>(nWidth / 2 + 1));
-    for (int r = 0; r < nHeight; ++r) {
-        const uint8_t* pRow = mask.pBuffer + static_cast<int64_t>(r) * mask.nStride;
-        const int16_t nY = static_cast<int16_t>(rect.nTop + r);
-        SelectionLine* pRun = rowRuns.data();
-        int nStart = 0;
-        auto emit = [&](int nEnd) {
-            *pRun++ = {static_cast<int16_t>(rect.nLeft + nStart), nY,
-                       static_cast<int16_t>(nEnd - nStart)};
-        };
-        // 64 bytes at a time: a set bit in `edges` is a column where the
-        // selection turns on or off; the edges alternate, opening first.
-        bool bOpen = false;
-        int c = 0;
-        uint64_t nPrevious = 0;
-        for (; c + 64 <= nWidth; c += 64) {
-            const uint64_t nonZero = pcg::scan::NonZeroBits64(pRow + c);
-            uint64_t edges = nonZero ^ ((nonZero << 1) | nPrevious);
-            nPrevious = nonZero >> 63;
-            while (edges) {
-                const int nAt = c + __builtin_ctzll(edges);
-                edges &= edges - 1;
-                if (!bOpen) nStart = nAt;
-                else emit(nAt);
-                bOpen = !bOpen;
+    // Two passes over row slices: count each row's runs, then write them
+    // straight to their place in the list.
+    std::vector<int64_t> rowStart(static_cast<size_t>(nHeight) + 1, 0);
+    pcg::selection::ForEachRowSlice(nHeight, nWidth, [&](int r0, int r1) {
+        for (int r = r0; r < r1; ++r) {
+            int64_t nEdges = 0;
+            ForEachEdgeWord(mask.pBuffer + static_cast<int64_t>(r) * mask.nStride, nWidth,
+                            [&](int, uint64_t edges) { nEdges += __builtin_popcountll(edges); });
+            rowStart[static_cast<size_t>(r) + 1] = (nEdges + 1) / 2;
+        }
+    });
+    for (int r = 0; r < nHeight; ++r) rowStart[static_cast<size_t>(r) + 1] += rowStart[static_cast<size_t>(r)];
+    lines.resize(static_cast<size_t>(rowStart[static_cast<size_t>(nHeight)]));
+    SelectionLine* pLines = lines.data();
+    pcg::selection::ForEachRowSlice(nHeight, nWidth, [&](int r0, int r1) {
+        // Edge columns of one row: they alternate, opening first; a run still
+        // open at the end closes at the width.
+        std::vector<int> edges(static_cast<size_t>(nWidth) + 2);
+        for (int r = r0; r < r1; ++r) {
+            int* pEdge = edges.data();
+            ForEachEdgeWord(mask.pBuffer + static_cast<int64_t>(r) * mask.nStride, nWidth,
+                            [&](int c, uint64_t bits) {
+                                while (bits) {
+                                    *pEdge++ = c + __builtin_ctzll(bits);
+                                    bits &= bits - 1;
+                                }
+                            });
+            int nEdges = static_cast<int>(pEdge - edges.data());
+            if (nEdges & 1) edges[static_cast<size_t>(nEdges++)] = nWidth;
+            const int16_t nY = static_cast<int16_t>(rect.nTop + r);
+            SelectionLine* pRun = pLines + rowStart[static_cast<size_t>(r)];
+            for (int k = 0; k < nEdges; k += 2) {
+                pRun->nX = static_cast<int16_t>(rect.nLeft + edges[static_cast<size_t>(k)]);
+                pRun->nY = nY;
+                pRun->nLength = static_cast<int16_t>(edges[static_cast<size_t>(k) + 1] - edges[static_cast<size_t>(k)]);
+                ++pRun;
             }
         }
-        for (; c < nWidth; ++c) {
-            const bool bOn = pRow[c] != 0;
-            if (bOn == bOpen) continue;
-            if (bOn) nStart = c;
-            else emit(c);
-            bOpen = bOn;
-        }
-        // A run that reaches the last column ends with it.
-        if (bOpen) emit(nWidth);
-        lines.insert(lines.end(), rowRuns.data(), pRun);
-    }
+    });
     return pcg::kResultOk;
 }
 
