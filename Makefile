@@ -54,7 +54,7 @@ demo: build
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
 	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench
-	bash bench/run.sh $(BUILD)-bench
+	PCG_BENCH_HOST=$(abspath $(HOST)) bash bench/run.sh $(BUILD)-bench
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-*
