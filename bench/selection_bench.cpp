@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <random>
@@ -28,6 +29,7 @@
 #include "selection/mask_lens_correct.h"
 #include "selection/selection_lines.h"
 #include "selection/selection_tool.h"
+#include "selection/simd_dispatch.h"
 
 namespace {
 
@@ -348,7 +350,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
 public:
     RatioReporter() : ConsoleReporter(OO_None) {}
     bool ReportContext(const Context& context) override {
-        std::printf("Mask %dx%d (%zu bytes); %d threads for the mask loops; medians of the repetitions.\n",
+        std::printf("Mask %dx%d (%zu bytes); up to %d threads for the mask loops; medians of the repetitions.\n",
                     kWidth, kHeight, kBytes, pcg::platform::SliceThreadCount());
         return ConsoleReporter::ReportContext(context);
     }
@@ -380,7 +382,7 @@ public:
                 } else {
                     std::printf("   %-20s %8s %7s", "-", "", "");
                 }
-                if (row.targetPeer > 0)
+                if (row.targetPeer > 0 && toPeer > 0)
                     std::printf("   <= %.1f x peer: %s", row.targetPeer, toPeer <= row.targetPeer ? "met" : "MISSED");
                 if (row.targetMemcpy > 0)
                     std::printf("   <= %.1f x memcpy: %s", row.targetMemcpy,
@@ -407,6 +409,12 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
+    // PCG_BENCH_THREADS=n caps the threads of the mask loops (1: serial).
+    if (const char* threads = std::getenv("PCG_BENCH_THREADS"))
+        pcg::platform::SetSliceThreadLimit(std::atoi(threads));
+    // PCG_BENCH_SCALAR=1 keeps the loops off their four-lane forms.
+    if (const char* scalar = std::getenv("PCG_BENCH_SCALAR"))
+        pcg::selection::SetAvx2Allowed(std::atoi(scalar) == 0);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     RatioReporter reporter;

@@ -184,6 +184,58 @@ inline int InverseOffset(const RadialRootSolver& solver, double R, double u, dou
     return 1;
 }
 
+#if PCG_AVX2_KERNELS
+// The radial offsets of pixels 0 .. n - 1 of a half row, four at a time, by
+// PolynomialOffset (bReverse false) or InverseOffset (true), each lane doing
+// their operations in their order. u[x] is (x - cx) / R, v the row's.
+// Returns how many it did.
+PCG_TARGET_AVX2
+int RadialOffsetsAvx2(bool bReverse, const RadialPolynomial& p, const RadialRootSolver& solver, double R,
+                      const double* u, double v, int n, double* offsetX, double* offsetY, uint8_t* moved) {
+    const __m256d vR = _mm256_set1_pd(R);
+    const __m256d vV = _mm256_set1_pd(v);
+    const __m256d vZero = _mm256_setzero_pd();
+    const __m256d vA = _mm256_set1_pd(p.dA), vB = _mm256_set1_pd(p.dB), vC = _mm256_set1_pd(p.dC),
+                  vD = _mm256_set1_pd(p.dD);
+    const __m256d vOne = _mm256_set1_pd(1.0);
+    const __m256d vLimit = _mm256_set1_pd(1.000001);
+    const __m256d vv = _mm256_mul_pd(vV, vV);
+    int x = 0;
+    for (; x + 4 <= n; x += 4) {
+        const __m256d vU = _mm256_loadu_pd(u + x);
+        const __m256d s = _mm256_add_pd(_mm256_mul_pd(vU, vU), vv);
+        __m256d inside;
+        __m256d scale;   // t for the polynomial, the root for the inverse
+        __m256d r;       // what u and v are divided by
+        if (!bReverse) {
+            inside = _mm256_and_pd(_mm256_cmp_pd(s, vZero, _CMP_GT_OQ), _mm256_cmp_pd(s, vLimit, _CMP_LT_OQ));
+            r = _mm256_sqrt_pd(s);
+            __m256d t = _mm256_mul_pd(_mm256_mul_pd(vA, r), s);
+            t = _mm256_add_pd(t, _mm256_mul_pd(vB, s));
+            t = _mm256_add_pd(t, _mm256_mul_pd(vC, r));
+            t = _mm256_add_pd(t, vD);
+            scale = _mm256_mul_pd(t, r);
+        } else {
+            r = _mm256_sqrt_pd(s);   // q
+            inside = _mm256_and_pd(_mm256_cmp_pd(r, vOne, _CMP_LE_OQ), _mm256_cmp_pd(r, vZero, _CMP_GT_OQ));
+            alignas(32) double q[4];
+            alignas(32) double root[4];
+            _mm256_store_pd(q, r);
+            const int nRooted = solver.SolveFour(q, root);
+            const __m256d rooted = _mm256_castsi256_pd(_mm256_cmpgt_epi64(
+                _mm256_and_si256(_mm256_set1_epi64x(nRooted), _mm256_setr_epi64x(1, 2, 4, 8)), _mm256_setzero_si256()));
+            inside = _mm256_and_pd(inside, rooted);
+            scale = _mm256_load_pd(root);
+        }
+        _mm256_storeu_pd(offsetX + x, _mm256_mul_pd(_mm256_div_pd(_mm256_mul_pd(scale, vU), r), vR));
+        _mm256_storeu_pd(offsetY + x, _mm256_mul_pd(_mm256_div_pd(_mm256_mul_pd(scale, vV), r), vR));
+        const int nInside = _mm256_movemask_pd(inside);
+        for (int k = 0; k < 4; ++k) moved[x + k] = static_cast<uint8_t>((nInside >> k) & 1);
+    }
+    return x;
+}
+#endif
+
 }  // namespace
 
 MaskLensCorrect::MaskLensCorrect()
@@ -373,6 +425,11 @@ void MaskLensCorrect::WarpMask(const BufferData& inputMask, const LensCorrectSet
     // and its mirror H - 1 - y go together, so a slice is of row pairs.
     const int nHalfW = (W - 1) / 2;
     const RadialRootSolver solver(poly, nDistortion);
+    // u of each column of the left half, worked out once for every row.
+    std::vector<double> columnU(static_cast<size_t>(nHalfW) + 1);
+    if (nDistortion != 0)
+        for (int x = 0; x <= nHalfW; ++x) columnU[x] = (x - cx) / R;
+    const bool bVectorRadial = pcg::selection::UseAvx2();
     // The reverse solve costs several times the direct polynomial per pixel.
     const int64_t nCostPerPair = static_cast<int64_t>(W) * (nMode == 1 ? 8 : 2);
     pcg::selection::ForEachRowSlice((H - 1) / 2 + 1, nCostPerPair, [&](int p0, int p1) {
@@ -384,8 +441,14 @@ void MaskLensCorrect::WarpMask(const BufferData& inputMask, const LensCorrectSet
         for (int y = p0; y < p1; ++y) {
             // Without distortion R may still be 0: no offset is computed then.
             const double v = nDistortion != 0 ? (y - cy) / R : 0.0;
-            for (int x = 0; x <= nHalfW && nDistortion != 0; ++x) {
-                const double u = (x - cx) / R;
+            int x = 0;
+#if PCG_AVX2_KERNELS
+            if (nDistortion != 0 && bVectorRadial)
+                x = RadialOffsetsAvx2(nMode == 1, poly, solver, R, columnU.data(), v, nHalfW + 1, offsetX.data(),
+                                      offsetY.data(), moved.data());
+#endif
+            for (; x <= nHalfW && nDistortion != 0; ++x) {
+                const double u = columnU[x];
                 moved[x] = nMode != 1 ? PolynomialOffset(poly, R, u, v, &offsetX[x], &offsetY[x])
                                       : InverseOffset(solver, R, u, v, &offsetX[x], &offsetY[x]) > 0;
             }

@@ -21,17 +21,31 @@
 
 namespace {
 
+#if PCG_AVX2_KERNELS
+// 128 bytes a step, 32 per lane group; returns where it stopped.
 template <bool bOr>
-void CombineRow(const uint8_t* pA, const uint8_t* pB, uint8_t* pOut, int nWidth) {
+PCG_TARGET_AVX2 int CombineRowAvx2(const uint8_t* pA, const uint8_t* pB, uint8_t* pOut, int nWidth) {
     int x = 0;
-#if defined(__SSE2__)
-    for (; x + 64 <= nWidth; x += 64)
-        for (int k = 0; k < 64; k += 16) {
-            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pA + x + k));
-            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pB + x + k));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(pOut + x + k),
-                             bOr ? _mm_or_si128(a, b) : _mm_and_si128(a, b));
+    for (; x + 128 <= nWidth; x += 128)
+        for (int k = 0; k < 128; k += 32) {
+            const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pA + x + k));
+            const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pB + x + k));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(pOut + x + k),
+                                bOr ? _mm256_or_si256(a, b) : _mm256_and_si256(a, b));
         }
+    return x;
+}
+#endif
+
+template <bool bOr>
+void CombineRow(const uint8_t* pA, const uint8_t* pB, uint8_t* pOut, int nWidth, bool bVector) {
+    int x = 0;
+#if PCG_AVX2_KERNELS
+    if (bVector) x = CombineRowAvx2<bOr>(pA, pB, pOut, nWidth);
+#else
+    (void)bVector;
+#endif
+#if defined(__SSE2__)
     for (; x + 16 <= nWidth; x += 16) {
         const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pA + x));
         const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pB + x));
@@ -182,13 +196,14 @@ void RotateRows(const RotateGeometry& g, double c, double s, int i0, int i1, con
 
 void CombineMasks(const BufferData& mask1, const BufferData& mask2, bool bOr,
                   const BufferData& output) {
+    const bool bVector = pcg::selection::UseAvx2();
     pcg::selection::ForEachRowSlice(output.nHeight, output.nWidth, [&](int y0, int y1) {
         for (int y = y0; y < y1; ++y) {
             const uint8_t* pA = mask1.pBuffer + static_cast<int64_t>(y) * mask1.nStride;
             const uint8_t* pB = mask2.pBuffer + static_cast<int64_t>(y) * mask2.nStride;
             uint8_t* pOut = output.pBuffer + static_cast<int64_t>(y) * output.nStride;
-            if (bOr) CombineRow<true>(pA, pB, pOut, output.nWidth);
-            else CombineRow<false>(pA, pB, pOut, output.nWidth);
+            if (bOr) CombineRow<true>(pA, pB, pOut, output.nWidth, bVector);
+            else CombineRow<false>(pA, pB, pOut, output.nWidth, bVector);
         }
     });
 }

@@ -6,6 +6,7 @@
 #include "runtime/dump_log.h"
 #include "selection/byte_scan.h"
 #include "selection/row_slices.h"
+#include "selection/simd_dispatch.h"
 #include "engine/result_codes.h"
 
 namespace {
@@ -47,6 +48,91 @@ ScanRect RectOf(const BufferData& mask) {
     return {r.left, r.top, r.right, r.bottom};
 }
 
+// What both passes over a row slice need.
+struct RunScan {
+    const uint8_t* pBuffer;
+    int nStride;
+    int nWidth;
+    int nLeft;
+    int nTop;
+};
+
+// Runs per row of [r0, r1) into pCount[r].
+inline __attribute__((always_inline)) void CountRunsBody(const RunScan& scan, int r0, int r1, int64_t* pCount) {
+    for (int r = r0; r < r1; ++r) {
+        int64_t nEdges = 0;
+        ForEachEdgeWord(scan.pBuffer + static_cast<int64_t>(r) * scan.nStride, scan.nWidth,
+                        [&](int, uint64_t edges) { nEdges += __builtin_popcountll(edges); });
+        pCount[r] = (nEdges + 1) / 2;
+    }
+}
+
+// The runs of rows [r0, r1), row r's first at pLines + rowStart[r].
+inline __attribute__((always_inline)) void WriteRunsBody(const RunScan& scan, int r0, int r1,
+                                                         const int64_t* rowStart, SelectionLine* pLines) {
+    const int nLeft = scan.nLeft;
+    for (int r = r0; r < r1; ++r) {
+        const int16_t nY = static_cast<int16_t>(scan.nTop + r);
+        SelectionLine* pRun = pLines + rowStart[r];
+        // Edges alternate, opening first. A run open at the end of a word
+        // closes at the first edge of a later one; one still open at the end
+        // of the row closes at the width.
+        bool bOpen = false;
+        int nStart = 0;
+        ForEachEdgeWord(scan.pBuffer + static_cast<int64_t>(r) * scan.nStride, scan.nWidth,
+                        [&](int c, uint64_t edges) {
+                            if (bOpen && edges) {
+                                *pRun++ = {static_cast<int16_t>(nLeft + nStart), nY,
+                                           static_cast<int16_t>(c + __builtin_ctzll(edges) - nStart)};
+                                edges &= edges - 1;
+                                bOpen = false;
+                            }
+                            // Whole runs in this word: an opening edge and the closing one after it.
+                            for (int n = __builtin_popcountll(edges) / 2; n > 0; --n) {
+                                const int nFrom = __builtin_ctzll(edges);
+                                edges &= edges - 1;
+                                const int nTo = __builtin_ctzll(edges);
+                                edges &= edges - 1;
+                                *pRun++ = {static_cast<int16_t>(nLeft + c + nFrom), nY,
+                                           static_cast<int16_t>(nTo - nFrom)};
+                            }
+                            if (edges) {
+                                bOpen = true;
+                                nStart = c + __builtin_ctzll(edges);
+                            }
+                        });
+        if (bOpen) *pRun++ = {static_cast<int16_t>(nLeft + nStart), nY, static_cast<int16_t>(scan.nWidth - nStart)};
+    }
+}
+
+// The same bodies compiled for the processors with AVX2, whose bit counting
+// and bit scanning are single instructions.
+#if PCG_AVX2_KERNELS
+PCG_TARGET_AVX2 void CountRunsAvx2(const RunScan& scan, int r0, int r1, int64_t* pCount) {
+    CountRunsBody(scan, r0, r1, pCount);
+}
+PCG_TARGET_AVX2 void WriteRunsAvx2(const RunScan& scan, int r0, int r1, const int64_t* rowStart,
+                                   SelectionLine* pLines) {
+    WriteRunsBody(scan, r0, r1, rowStart, pLines);
+}
+#endif
+void CountRuns(const RunScan& scan, int r0, int r1, int64_t* pCount, bool bVector) {
+#if PCG_AVX2_KERNELS
+    if (bVector) return CountRunsAvx2(scan, r0, r1, pCount);
+#else
+    (void)bVector;
+#endif
+    CountRunsBody(scan, r0, r1, pCount);
+}
+void WriteRuns(const RunScan& scan, int r0, int r1, const int64_t* rowStart, SelectionLine* pLines, bool bVector) {
+#if PCG_AVX2_KERNELS
+    if (bVector) return WriteRunsAvx2(scan, r0, r1, rowStart, pLines);
+#else
+    (void)bVector;
+#endif
+    WriteRunsBody(scan, r0, r1, rowStart, pLines);
+}
+
 }  // namespace
 
 int32_t MaskToPoint(const BufferData& mask, std::vector<SelectionLine>& lines) {
@@ -66,42 +152,17 @@ int32_t MaskToPoint(const BufferData& mask, std::vector<SelectionLine>& lines) {
     }
     // Two passes over row slices: count each row's runs, then write them
     // straight to their place in the list.
+    const RunScan scan = {mask.pBuffer, mask.nStride, nWidth, rect.nLeft, rect.nTop};
+    const bool bVector = pcg::selection::UseAvx2();
     std::vector<int64_t> rowStart(static_cast<size_t>(nHeight) + 1, 0);
     pcg::selection::ForEachRowSlice(nHeight, nWidth, [&](int r0, int r1) {
-        for (int r = r0; r < r1; ++r) {
-            int64_t nEdges = 0;
-            ForEachEdgeWord(mask.pBuffer + static_cast<int64_t>(r) * mask.nStride, nWidth,
-                            [&](int, uint64_t edges) { nEdges += __builtin_popcountll(edges); });
-            rowStart[static_cast<size_t>(r) + 1] = (nEdges + 1) / 2;
-        }
+        CountRuns(scan, r0, r1, rowStart.data() + 1, bVector);
     });
     for (int r = 0; r < nHeight; ++r) rowStart[static_cast<size_t>(r) + 1] += rowStart[static_cast<size_t>(r)];
     lines.resize(static_cast<size_t>(rowStart[static_cast<size_t>(nHeight)]));
     SelectionLine* pLines = lines.data();
     pcg::selection::ForEachRowSlice(nHeight, nWidth, [&](int r0, int r1) {
-        // Edge columns of one row: they alternate, opening first; a run still
-        // open at the end closes at the width.
-        std::vector<int> edges(static_cast<size_t>(nWidth) + 2);
-        for (int r = r0; r < r1; ++r) {
-            int* pEdge = edges.data();
-            ForEachEdgeWord(mask.pBuffer + static_cast<int64_t>(r) * mask.nStride, nWidth,
-                            [&](int c, uint64_t bits) {
-                                while (bits) {
-                                    *pEdge++ = c + __builtin_ctzll(bits);
-                                    bits &= bits - 1;
-                                }
-                            });
-            int nEdges = static_cast<int>(pEdge - edges.data());
-            if (nEdges & 1) edges[static_cast<size_t>(nEdges++)] = nWidth;
-            const int16_t nY = static_cast<int16_t>(rect.nTop + r);
-            SelectionLine* pRun = pLines + rowStart[static_cast<size_t>(r)];
-            for (int k = 0; k < nEdges; k += 2) {
-                pRun->nX = static_cast<int16_t>(rect.nLeft + edges[static_cast<size_t>(k)]);
-                pRun->nY = nY;
-                pRun->nLength = static_cast<int16_t>(edges[static_cast<size_t>(k) + 1] - edges[static_cast<size_t>(k)]);
-                ++pRun;
-            }
-        }
+        WriteRuns(scan, r0, r1, rowStart.data(), pLines, bVector);
     });
     return pcg::kResultOk;
 }

@@ -10,7 +10,8 @@ namespace {
 bool ProcessorHasAvx2() {
 #if PCG_AVX2_KERNELS
     __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2");
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") && __builtin_cpu_supports("bmi") &&
+           __builtin_cpu_supports("bmi2");
 #else
     return false;
 #endif
