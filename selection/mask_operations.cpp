@@ -114,9 +114,9 @@ inline uint8_t RotatedPixel(const RotateGeometry& g, double ic, double is, int j
 // Four output pixels at a time, j from j0 while four fit before j1; returns
 // where it stopped. Lanes do RotatedPixel's operations in its order. A group
 // whose source rows reach the last two rows of mask1 goes through
-// RotatedPixel, so the four-byte loads below never pass the end: with
+// RotatedPixel, so the two-byte loads below never pass the end: with
 // iy <= H - 3 and nStride >= W >= 3, the loads at the lower row end at
-// (H - 2) * nStride + W + 2 < H * nStride.
+// (H - 2) * nStride + W < H * nStride.
 PCG_TARGET_AVX2
 int RotateRowAvx2(const RotateGeometry& g, double ic, double is, int j0, int j1, uint8_t* pOut,
                   bool& bPastEnd) {
@@ -133,7 +133,6 @@ int RotateRowAvx2(const RotateGeometry& g, double ic, double is, int j0, int j1,
     const __m128i vOne = _mm_set1_epi32(1);
     const __m128i vByte = _mm_set1_epi32(0xFF);
     const __m128i vPack = _mm_setr_epi8(0, 4, 8, 12, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1);
-    const int* pBase = reinterpret_cast<const int*>(g.pIn);
     int j = j0;
     for (; j + 4 <= j1; j += 4) {
         __m256d sy = _mm256_add_pd(_mm256_sub_pd(vic, _mm256_loadu_pd(g.js + j)), vTop);
@@ -147,9 +146,21 @@ int RotateRowAvx2(const RotateGeometry& g, double ic, double is, int j0, int j1,
             for (int k = 0; k < 4; ++k) pOut[j + k] = RotatedPixel(g, ic, is, j + k, bPastEnd);
             continue;
         }
-        const __m128i tl = _mm_add_epi32(_mm_mullo_epi32(iy, vStride), ix);
-        const __m128i top = _mm_i32gather_epi32(pBase, tl, 1);
-        const __m128i bottom = _mm_i32gather_epi32(pBase, _mm_add_epi32(tl, vStride), 1);
+        // Byte pairs at the pixel and one row down, loaded one lane at a
+        // time: plain loads beat the processor's gather here.
+        alignas(16) int32_t at[4];
+        _mm_store_si128(reinterpret_cast<__m128i*>(at), _mm_add_epi32(_mm_mullo_epi32(iy, vStride), ix));
+        alignas(16) int32_t pairs[4];
+        for (int k = 0; k < 4; ++k) {
+            uint16_t upper;
+            uint16_t lower;
+            std::memcpy(&upper, g.pIn + at[k], 2);
+            std::memcpy(&lower, g.pIn + at[k] + g.nStride, 2);
+            pairs[k] = static_cast<int32_t>(upper | (static_cast<uint32_t>(lower) << 16));
+        }
+        const __m128i both = _mm_load_si128(reinterpret_cast<const __m128i*>(pairs));
+        const __m128i top = both;
+        const __m128i bottom = _mm_srli_epi32(both, 16);
         const __m128i tlByte = _mm_and_si128(top, vByte);
         const __m128i trByte = _mm_blendv_epi8(_mm_and_si128(_mm_srli_epi32(top, 8), vByte), tlByte,
                                                _mm_cmpeq_epi32(ix, vLastCol));
