@@ -21,23 +21,26 @@ struct ScanRect {
     int nBottom;
 };
 
-// Calls on(c, edges) for each 64-column word of a row, c its first column:
-// bit i of edges is set where the selection turns on or off at column c + i.
-// The last word is padded with unselected columns, so a run reaching the end
-// of the row closes at the width there, unless the width ends a whole word.
+// Calls on(c, opening, closing) for each 64-column word of a row, c its
+// first column: bit i of opening is set where a run starts at column c + i,
+// bit i of closing where the column c + i is the first one after a run. The
+// last word is padded with unselected columns, so a run reaching the end of
+// the row closes at the width there, unless the width ends a whole word.
 template <class OnWord>
-inline void ForEachEdgeWord(const uint8_t* pRow, int nWidth, OnWord&& on) {
+inline __attribute__((always_inline)) void ForEachEdgeWord(const uint8_t* pRow, int nWidth, OnWord&& on) {
     uint64_t nPrevious = 0;
     int c = 0;
     for (; c + 64 <= nWidth; c += 64) {
         const uint64_t nonZero = pcg::scan::NonZeroBits64(pRow + c);
-        on(c, nonZero ^ ((nonZero << 1) | nPrevious));
+        const uint64_t before = (nonZero << 1) | nPrevious;
+        on(c, nonZero & ~before, ~nonZero & before);
         nPrevious = nonZero >> 63;
     }
     if (c < nWidth) {
         uint64_t nonZero = 0;
         for (int i = c; i < nWidth; ++i) nonZero |= static_cast<uint64_t>(pRow[i] != 0) << (i - c);
-        on(c, nonZero ^ ((nonZero << 1) | nPrevious));
+        const uint64_t before = (nonZero << 1) | nPrevious;
+        on(c, nonZero & ~before, ~nonZero & before);
     }
 }
 
@@ -62,7 +65,9 @@ inline __attribute__((always_inline)) void CountRunsBody(const RunScan& scan, in
     for (int r = r0; r < r1; ++r) {
         int64_t nEdges = 0;
         ForEachEdgeWord(scan.pBuffer + static_cast<int64_t>(r) * scan.nStride, scan.nWidth,
-                        [&](int, uint64_t edges) { nEdges += __builtin_popcountll(edges); });
+                        [&](int, uint64_t opening, uint64_t closing) {
+                            nEdges += __builtin_popcountll(opening | closing);
+                        });
         pCount[r] = (nEdges + 1) / 2;
     }
 }
@@ -74,31 +79,32 @@ inline __attribute__((always_inline)) void WriteRunsBody(const RunScan& scan, in
     for (int r = r0; r < r1; ++r) {
         const int16_t nY = static_cast<int16_t>(scan.nTop + r);
         SelectionLine* pRun = pLines + rowStart[r];
-        // Edges alternate, opening first. A run open at the end of a word
-        // closes at the first edge of a later one; one still open at the end
-        // of the row closes at the width.
+        // A run open at the end of a word closes at the first closing edge
+        // of a later one; one still open at the end of the row closes at the
+        // width. Openings and closings are walked as two separate chains.
         bool bOpen = false;
         int nStart = 0;
         ForEachEdgeWord(scan.pBuffer + static_cast<int64_t>(r) * scan.nStride, scan.nWidth,
-                        [&](int c, uint64_t edges) {
-                            if (bOpen && edges) {
+                        [&](int c, uint64_t opening, uint64_t closing) {
+                            if (bOpen) {
+                                if (!closing) return;
                                 *pRun++ = {static_cast<int16_t>(nLeft + nStart), nY,
-                                           static_cast<int16_t>(c + __builtin_ctzll(edges) - nStart)};
-                                edges &= edges - 1;
+                                           static_cast<int16_t>(c + __builtin_ctzll(closing) - nStart)};
+                                closing &= closing - 1;
                                 bOpen = false;
                             }
-                            // Whole runs in this word: an opening edge and the closing one after it.
-                            for (int n = __builtin_popcountll(edges) / 2; n > 0; --n) {
-                                const int nFrom = __builtin_ctzll(edges);
-                                edges &= edges - 1;
-                                const int nTo = __builtin_ctzll(edges);
-                                edges &= edges - 1;
+                            // Every closing left has its opening in this word.
+                            for (int n = __builtin_popcountll(closing); n > 0; --n) {
+                                const int nFrom = __builtin_ctzll(opening);
+                                const int nTo = __builtin_ctzll(closing);
+                                opening &= opening - 1;
+                                closing &= closing - 1;
                                 *pRun++ = {static_cast<int16_t>(nLeft + c + nFrom), nY,
                                            static_cast<int16_t>(nTo - nFrom)};
                             }
-                            if (edges) {
+                            if (opening) {
                                 bOpen = true;
-                                nStart = c + __builtin_ctzll(edges);
+                                nStart = c + __builtin_ctzll(opening);
                             }
                         });
         if (bOpen) *pRun++ = {static_cast<int16_t>(nLeft + nStart), nY, static_cast<int16_t>(scan.nWidth - nStart)};
