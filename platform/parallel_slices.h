@@ -9,7 +9,7 @@
 namespace pcg {
 namespace platform {
 
-// Processors this process may run on; at least 1.
+// Processors of the machine, as the C++ library counts them; at least 1.
 int ProcessorCount();
 
 // Threads ForEachSlice may use, the caller included: ProcessorCount(), or a
