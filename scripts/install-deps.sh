@@ -10,7 +10,7 @@ packages=(
   swig
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   nlohmann-json3-dev
-  libopencv-imgproc-dev
+  libopencv-imgproc-dev libopencv-calib3d-dev
   g++-mingw-w64-x86-64-posix wine64
   valgrind
 )

@@ -9,6 +9,7 @@
 #include "imaging/image_buffer.h"
 #include "reference/agent/agent_registry.h"
 #include "reference/agent/frame_work.h"
+#include "reference/agent/mask_store.h"
 #include "reference/agent/record_json.h"
 #include "runtime/dump_log.h"
 #include "engine/result_codes.h"
@@ -174,7 +175,7 @@ int32_t CRefDspAgent::ClearTask(uint32_t videoID) {
 int32_t CRefDspAgent::AddMaskInfo(uint32_t videoID, FUNCTION_ID maskFunctionID, uint32_t maskID,
                                   HVN::MaskInfoBase** ppMask) {
     HVN::MaskInfoBase* mask = ppMask ? *ppMask : nullptr;
-    m_fnJournal("AddMaskInfo", Args(videoID, static_cast<uint32_t>(maskFunctionID), maskID, OpaqueJson(mask)));
+    m_fnJournal("AddMaskInfo", Args(videoID, static_cast<uint32_t>(maskFunctionID), maskID, MaskJson(mask)));
     if (!mask) {
         return m_fnAnswer("AddMaskInfo", kResultPointer);
     }
