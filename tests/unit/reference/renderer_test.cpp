@@ -145,3 +145,52 @@ TEST(Renderer, RefusesWhatItCannotRender) {
 }
 
 }  // namespace
+
+#include "engine/keyed_records/colour_records.h"
+#include "engine/keyed_records/tone_records.h"
+#include "reference/renderer/record_settings.h"
+
+namespace {
+
+using pcg::renderer::HeldRecord;
+using pcg::renderer::SettingsAt;
+
+TEST(RecordSettings, NoRecordsAreNeutral) {
+    EXPECT_TRUE(pcg::renderer::IsNeutral(SettingsAt({}, 0)));
+}
+
+TEST(RecordSettings, KeyframesAreHeldOutsideAndLinearBetween) {
+    pcg::engine::SaturationRecord record{};
+    ASSERT_TRUE(pcg::engine::AppendKeyframe<int32_t>(record.saturation, 1000, 20));
+    ASSERT_TRUE(pcg::engine::AppendKeyframe<int32_t>(record.saturation, 2000, 60));
+    const std::vector<HeldRecord> held = {{FUNCTION_SET_SATURATION, &record.header}};
+    EXPECT_EQ(SettingsAt(held, 0).dSaturation, 20.0);
+    EXPECT_EQ(SettingsAt(held, 1500).dSaturation, 40.0);
+    EXPECT_EQ(SettingsAt(held, 2000).dSaturation, 60.0);
+    EXPECT_EQ(SettingsAt(held, 9000).dSaturation, 60.0);
+    pcg::engine::FreeEntryVector(record.saturation);
+}
+
+TEST(RecordSettings, ToneAndWhiteBalanceFieldsAreRead) {
+    pcg::engine::ToneRecord tone{};
+    ASSERT_TRUE(pcg::engine::AppendKeyframe<double>(tone.exposure, 0, 1.5));
+    ASSERT_TRUE(pcg::engine::AppendKeyframe<int32_t>(tone.brightness, 0, -10));
+    ASSERT_TRUE(pcg::engine::AppendKeyframe<int32_t>(tone.contrast, 0, 30));
+    pcg::engine::WBRecord wb{};
+    ASSERT_TRUE(pcg::engine::AppendKeyframe<int32_t>(wb.temperature, 0, 6500));
+    ASSERT_TRUE(pcg::engine::AppendKeyframe<int32_t>(wb.tint, 0, -20));
+    const GlobalSettings s = SettingsAt({{FUNCTION_SET_TONE, &tone.header}, {FUNCTION_SET_WB, &wb.header}}, 0);
+    EXPECT_EQ(s.dExposure, 1.5);
+    EXPECT_EQ(s.dBrightness, -10.0);
+    EXPECT_EQ(s.dContrast, 30.0);
+    EXPECT_EQ(s.dTemperature, 6500.0);
+    EXPECT_EQ(s.dTint, -20.0);
+    EXPECT_EQ(s.dSaturation, 0.0);
+    pcg::engine::FreeEntryVector(tone.exposure);
+    pcg::engine::FreeEntryVector(tone.brightness);
+    pcg::engine::FreeEntryVector(tone.contrast);
+    pcg::engine::FreeEntryVector(wb.temperature);
+    pcg::engine::FreeEntryVector(wb.tint);
+}
+
+}  // namespace
