@@ -37,11 +37,11 @@ test-sanitize: deps
 
 # The code with threads and locks (platform primitives, the log, the
 # reference agent's writer lock and journal, the mask loops sliced over
-# threads) under ThreadSanitizer.
-THREAD_TESTS := platform_test runtime_test reference_test selection_test
+# threads, the image retouch manager) under ThreadSanitizer.
+THREAD_TESTS := platform_test runtime_test reference_test selection_test image_retouch_mgr_test
 test-threads: deps
 	cmake -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_PYTHON=OFF -DPCG_SANITIZE=thread
-	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp
+	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp pcg_ref_retouch
 	TSAN_OPTIONS=halt_on_error=1 ctest --test-dir $(BUILD)-tsan --output-on-failure -R '^($(subst $(eval) ,|,$(THREAD_TESTS)))$$'
 
 test-windows: deps

@@ -58,13 +58,13 @@ HRESULT PyClipGrade::m_fnInitImageRetouch() {
         return pcg::kResultFail;
     }
     if (m_pBufferAllocator != nullptr) return pcg::kResultOk;
-    // This thread's own apartment for the registered class, as the host's
-    // script thread has one.
-    const int32_t hrApartment = pcg::platform::EnterApartment();
+    // The registered class needs an apartment on this thread. The host's
+    // script thread has one; a thread that has none joins one for good:
+    // leaving it would let COM unload the allocator's library under us.
+    if (!pcg::platform::InApartment()) pcg::platform::EnterApartment();
     hr = pcg::platform::CreateRegisteredInstance(&pcg::engine::CLSID_BufferAllocator,
                                                  &pcg::engine::IID_IBufferAllocator,
                                                  reinterpret_cast<void**>(&m_pBufferAllocator));
-    if (hrApartment >= 0) pcg::platform::LeaveApartment();
     if (hr < 0 || m_pBufferAllocator == nullptr) {
         DumpLog("%s CoCreateInstance %s (%s) failed hr=0x%08X\n", "PyClipGrade::m_fnInitImageRetouch",
                 "IID_IBufferAllocator", "m_pBufferAllocator", static_cast<unsigned int>(hr));

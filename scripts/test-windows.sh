@@ -52,6 +52,15 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
   exit 1
 fi
 
+# The reference image engine's two classes, registered for real, as an
+# installer would: COM finds them through the prefix's registry.
+engine_dll="$("$wine64" winepath -w "$build/host/Kernel/ImageRetouch/ImageRetouch.dll" 2>/dev/null | tr -d '\r')"
+for clsid in "{58529D7C-751A-47A9-982D-1560342ECB14}" "{62ECF08B-8B33-4DDB-AF2E-1DA140458C85}"; do
+  "$wine64" reg add "HKLM\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /ve /d "$engine_dll" /f >/dev/null
+  "$wine64" reg add "HKLM\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /v ThreadingModel /d Apartment /f >/dev/null
+done
+if [ -n "$wineserver" ]; then "$wineserver" -w; fi
+
 # One test at a time: all test processes share the prefix's registry, and
 # tests set and delete the same keys.
 ctest --test-dir "$build" --output-on-failure --timeout 300

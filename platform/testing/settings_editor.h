@@ -21,5 +21,10 @@ bool DeleteSettingsValue(const std::wstring& keyPath, const std::wstring& name);
 // The key with its values and every key below it; true when it is gone afterwards.
 bool DeleteSettingsKey(const std::wstring& keyPath);
 
+// Whether the registered-class lookup reads the settings store's [Classes]
+// table (POSIX), so that a test can unregister a class by writing an empty
+// value there. On Windows the classes are COM's own registrations.
+bool RegisteredClassesFollowSettings();
+
 }  // namespace platform_testing
 }  // namespace pcg

@@ -68,6 +68,11 @@ public:
     void ClearLut(uint32_t videoID);
     bool FindLut(uint32_t videoID, LutCopy* lut);
 
+    // Renders the clip's held effects at `time` onto four-byte pixels with
+    // the shared reference renderer, under the store's lock (clip_render.cpp).
+    void RenderEffects(uint32_t videoID, int64_t time, uint8_t* pixels, int32_t width, int32_t height,
+                       int32_t stride);
+
 private:
     struct HeldRecord {
         uint32_t nFunctionID;

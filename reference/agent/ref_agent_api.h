@@ -84,8 +84,10 @@
 //   key records' fields, bInverse, nVideoID).
 //   Frames. NeedsSourceCopy answers false. AdjustBufferRect leaves the
 //   rectangle as it is (E_POINTER without one). ApplyEffectOnBuffer copies
-//   the overlap of source and destination row by row (no pixel effect is
-//   rendered yet; E_POINTER for a null block or pixel pointer) and measures
+//   the overlap of source and destination row by row, then renders the
+//   clip's tone, white balance and saturation records at the block's time
+//   onto the destination with the shared reference renderer
+//   (reference/renderer; E_POINTER for a null block or pixel pointer) and measures
 //   the result's histogram (pixels in memory order blue, green, red, alpha;
 //   luminance 0.299 R + 0.587 G + 0.114 B rounded; exposure fields 0), which
 //   GetHistogramInfo and GetToneCurveHistogramInfo return (all zero,

@@ -328,6 +328,9 @@ int32_t CRefDspAgent::ApplyEffectOnBuffer(IImageRetouch* pImageRetouch, ApplyBuf
     if (!pSetting || !RenderFrame(*pSetting)) {
         return m_fnAnswer("ApplyEffectOnBuffer", kResultPointer);
     }
+    m_clips.RenderEffects(pSetting->nVideoID, pSetting->llTime, pSetting->pDstBuffer, pSetting->nDstWidth,
+                          pSetting->nDstHeight,
+                          pSetting->nDstStride > 0 ? pSetting->nDstStride : pSetting->nDstWidth * 4);
     const HistogramDist histogram =
         MeasureHistogram(pSetting->pDstBuffer, pSetting->nDstWidth, pSetting->nDstHeight, pSetting->nDstStride);
     {

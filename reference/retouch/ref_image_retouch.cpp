@@ -9,6 +9,7 @@
 #include "platform/platform.h"
 #include "reference/agent/record_json.h"
 #include "reference/agent/sha256.h"
+#include "reference/renderer/record_settings.h"
 #include "reference/retouch/pixels_json.h"
 #include "reference/retouch/retouch_state.h"
 
@@ -217,6 +218,20 @@ int32_t CRefImageRetouch::Image_RunAllTask(int32_t lImageID, int32_t lBufferID, 
                 std::memcpy(out.pBuffer + static_cast<size_t>(y) * out.nStride + static_cast<size_t>(x) * bytes,
                             in.m_pixels.data() + (static_cast<size_t>(sy) * in.m_nWidth + sx) * bytes, bytes);
             }
+        }
+        // Then the buffer's effect records, as they stand at time 0 (a
+        // picture has no timeline), through the shared renderer.
+        std::vector<pcg::renderer::HeldRecord> records;
+        auto tasks = m_tasks.find({lImageID, lBufferID});
+        if (tasks != m_tasks.end()) {
+            for (const Task& task : tasks->second) {
+                if (task.m_pEffect != nullptr) records.emplace_back(task.m_eFunctionID, task.m_pEffect);
+            }
+        }
+        const int bytesPerChannel = out.ePixelFormat == PIXEL_ARGB32 ? 1 : (out.ePixelFormat == PIXEL_ARGB64 ? 2 : 0);
+        if (bytesPerChannel != 0 && !records.empty()) {
+            pcg::renderer::RenderGlobal(out.pBuffer, out.nWidth, out.nHeight, out.nStride, bytesPerChannel,
+                                        pcg::renderer::SettingsAt(records, 0));
         }
     }
     return m_fnAnswer("Image_RunAllTask", result);

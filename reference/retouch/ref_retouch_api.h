@@ -51,7 +51,10 @@
 // RegisterImageRatio keeps the buffer to render into; Image_PushTask keeps
 // the task and takes its effect record (freeing it when the buffer or image
 // is let go or the instance dies); Image_RunAllTask draws the picture into
-// the registered buffer, sampled to its size. The questions (white balance
+// the registered buffer, sampled to its size, and renders the buffer's tone,
+// white balance and saturation records (at time 0) onto it with the shared
+// reference renderer (reference/renderer) when it is PIXEL_ARGB32 or
+// PIXEL_ARGB64. The questions (white balance
 // drop, TAT maps, tone curve) answer E_NOTIMPL for now.
 #pragma once
 

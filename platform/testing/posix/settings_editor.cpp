@@ -109,3 +109,11 @@ bool DeleteSettingsKey(const std::wstring& keyPath) {
 
 }  // namespace platform_testing
 }  // namespace pcg
+
+namespace pcg {
+namespace platform_testing {
+
+bool RegisteredClassesFollowSettings() { return true; }
+
+}  // namespace platform_testing
+}  // namespace pcg

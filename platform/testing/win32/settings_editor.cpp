@@ -39,3 +39,11 @@ bool DeleteSettingsKey(const std::wstring& keyPath) {
 
 }  // namespace platform_testing
 }  // namespace pcg
+
+namespace pcg {
+namespace platform_testing {
+
+bool RegisteredClassesFollowSettings() { return false; }
+
+}  // namespace platform_testing
+}  // namespace pcg
