@@ -163,10 +163,11 @@ int32_t CThreadBase::m_fnStartThread() {
 }
 
 int32_t CThreadBase::m_fnPauseThread() {
-    {
-        CriticalSectionScope guard(m_csState);
-        m_nState.store(1);
-    }
+    CriticalSectionScope guard(m_csState);
+    // A stop that came first keeps its state and its wake-up: pausing over it
+    // left the worker waiting for ever and its owner joining it for ever.
+    if (m_nState.load() == -2) return kResultOk;
+    m_nState.store(1);
     m_event.Reset();
     return kResultOk;
 }
@@ -229,8 +230,10 @@ int32_t CThreadBase::ExecuteNext() {
 
 int32_t CThreadBase::m_fnStopThread() {
     {
+        // State and wake-up together, so a pause cannot come between them.
         CriticalSectionScope guard(m_csState);
         m_nState.store(-2);
+        m_event.Set();
     }
     if (!m_hThread) return kResultOk;
     uint32_t exitCode = kStillActive;

@@ -310,7 +310,11 @@ TEST(ThreadBase, WithoutAutoStartANewTaskWaitsForAStart) {
     EXPECT_FALSE(worker.m_hThread);
     EXPECT_EQ(worker.m_nState.load(), -1);
     worker.m_fnSetThreadState(0);
-    ASSERT_TRUE(Eventually([&] { return task->m_hrResult == kResultOk; }));
+    ASSERT_TRUE(Eventually([&] {
+        std::lock_guard<std::mutex> guard(record.m_mutex);
+        return record.m_doneIDs.size() == 1;
+    }));
+    EXPECT_EQ(task->m_hrResult, kResultOk);
 }
 
 TEST(ThreadBase, ANullQueueIsRefusedWithItsLines) {
