@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 PYTHON := /usr/bin/python3
 HOST := $(BUILD)/host
 
-.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo bench clean
+.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo bench clean fuzz fuzz-smoke
 
 all: build
 
@@ -46,7 +46,17 @@ test-threads: deps
 test-windows: deps
 	bash scripts/test-windows.sh
 
-test: test-unit test-python test-leaks test-sanitize test-threads test-windows
+# The hostile-script fuzzer: batches of calls in child interpreters; a crash,
+# hang or pending error is saved, cut down, under $(BUILD)/fuzz-findings.
+FUZZ_SECONDS ?= 600
+FUZZ_SEED ?= 1
+fuzz: build
+	$(PYTHON) tests/fuzz/fuzz.py --build $(abspath $(BUILD)) --seconds $(FUZZ_SECONDS) --seed $(FUZZ_SEED)
+
+fuzz-smoke: build
+	$(PYTHON) tests/fuzz/fuzz.py --build $(abspath $(BUILD)) --seconds 60 --seed 1
+
+test: test-unit test-python test-leaks test-sanitize test-threads test-windows fuzz-smoke
 
 demo: build
 	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/demo.py
