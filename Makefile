@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 PYTHON := /usr/bin/python3
 HOST := $(BUILD)/host
 
-.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo bench clean fuzz fuzz-smoke
+.PHONY: all deps configure build test test-unit test-python test-leaks test-sanitize test-threads test-windows demo bench clean fuzz fuzz-smoke test-python-sanitize fuzz-native fuzz-native-build fuzz-native-smoke
 
 all: build
 
@@ -35,6 +35,18 @@ test-sanitize: deps
 	cmake --build $(BUILD)-asan -j $(JOBS)
 	UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --test-dir $(BUILD)-asan --output-on-failure -j $(JOBS)
 
+# The module and the reference engines under AddressSanitizer and
+# UndefinedBehaviorSanitizer, with the whole pytest suite run through them:
+# the interpreter itself is not instrumented, so the sanitizer runtime is
+# preloaded, and its own allocations are not leak-checked.
+PYASAN_ENV = LD_PRELOAD=$$(gcc -print-file-name=libasan.so) \
+	ASAN_OPTIONS=detect_leaks=0:halt_on_error=1:abort_on_error=1 \
+	UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+test-python-sanitize: deps
+	cmake -S . -B $(BUILD)-pyasan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_TESTS=OFF -DPCG_SANITIZE=address,undefined
+	cmake --build $(BUILD)-pyasan -j $(JOBS)
+	cd tests/python && $(PYASAN_ENV) PYCLIPGRADE_BUILD=$(abspath $(BUILD))-pyasan $(PYTHON) -m pytest -q -p no:cacheprovider .
+
 # The code with threads and locks (platform primitives, the log, the
 # reference agent's writer lock and journal) under ThreadSanitizer.
 THREAD_TESTS := platform_test runtime_test reference_test
@@ -56,7 +68,22 @@ fuzz: build
 fuzz-smoke: build
 	$(PYTHON) tests/fuzz/fuzz.py --build $(abspath $(BUILD)) --seconds 60 --seed 1
 
-test: test-unit test-python test-leaks test-sanitize test-threads test-windows fuzz-smoke
+# libFuzzer targets of the Python-free parsers and loops, built by clang with
+# AddressSanitizer and UndefinedBehaviorSanitizer. fuzz-native runs each for
+# FUZZ_NATIVE_SECONDS from its seed corpus; fuzz-native-smoke briefly.
+FUZZ_NATIVE_TARGETS := runs_to_mask mask_to_runs settings_text
+FUZZ_NATIVE_SECONDS ?= 300
+fuzz-native-build: deps
+	CC=clang-14 CXX=clang++-14 cmake -S . -B $(BUILD)-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DPCG_WITH_PYTHON=OFF -DPCG_WITH_TESTS=OFF -DPCG_WITH_FUZZ=ON \
+	  -DPCG_SANITIZE=address,undefined,fuzzer-no-link
+	cmake --build $(BUILD)-fuzz -j $(JOBS) $(foreach t,$(FUZZ_NATIVE_TARGETS),--target fuzz_$(t))
+fuzz-native: fuzz-native-build
+	bash scripts/fuzz-native.sh $(BUILD)-fuzz $(FUZZ_NATIVE_SECONDS) $(FUZZ_NATIVE_TARGETS)
+fuzz-native-smoke: fuzz-native-build
+	bash scripts/fuzz-native.sh $(BUILD)-fuzz 20 $(FUZZ_NATIVE_TARGETS)
+
+test: test-unit test-python test-leaks test-sanitize test-python-sanitize test-threads test-windows fuzz-smoke fuzz-native-smoke
 
 demo: build
 	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/demo.py
