@@ -71,7 +71,7 @@ fuzz-smoke: build
 # libFuzzer targets of the Python-free parsers and loops, built by clang with
 # AddressSanitizer and UndefinedBehaviorSanitizer. fuzz-native runs each for
 # FUZZ_NATIVE_SECONDS from its seed corpus; fuzz-native-smoke briefly.
-FUZZ_NATIVE_TARGETS := runs_to_mask mask_to_runs settings_text lens_crop
+FUZZ_NATIVE_TARGETS := runs_to_mask mask_to_runs settings_text lens_crop record_decoder
 FUZZ_NATIVE_SECONDS ?= 300
 fuzz-native-build: deps
 	CC=clang-14 CXX=clang++-14 cmake -S . -B $(BUILD)-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
