@@ -64,7 +64,13 @@ void FailAllocations(uint32_t first, uint32_t count) {
 }  // namespace platform
 }  // namespace pcg
 
-// The module's entry for tests that load it with ctypes.
-extern "C" __attribute__((visibility("default"))) void PcgTesting_FailAllocations(uint32_t first, uint32_t count) {
+// The module's entry for tests that load it with ctypes (Python tests run on
+// POSIX only; on Windows the entry stays internal to each library).
+#if defined(_WIN32)
+#define PCG_TESTING_ENTRY extern "C"
+#else
+#define PCG_TESTING_ENTRY extern "C" __attribute__((visibility("default")))
+#endif
+PCG_TESTING_ENTRY void PcgTesting_FailAllocations(uint32_t first, uint32_t count) {
     pcg::platform::FailAllocations(first, count);
 }
