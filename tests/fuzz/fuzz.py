@@ -175,7 +175,11 @@ def parent_main(args):
             with open(log + ".counts") as f:
                 totals.update(json.load(f))
         batches += 1
-        if kind is not None:
+        if kind is not None and not os.path.exists(log):
+            # The child died before its first call: nothing to cut down.
+            findings.append((kind, "(no calls made)", 0))
+            print("FOUND %s before any call (seed %d)" % (kind, seed), flush=True)
+        elif kind is not None:
             with open(log) as f:
                 sources = [s for s in f.read().split(SEPARATOR) if s.strip()]
             totals.update({"(batch that failed)": len(sources)})
