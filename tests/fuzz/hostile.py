@@ -149,3 +149,22 @@ def keep(value):
     if len(POOL) > 64:
         del POOL[0]
     return value
+
+
+def run_threads(works, rounds=10):
+    """Runs each of `works` `rounds` times on a thread of its own, all at
+    once, and waits for all of them: a deadlock hangs here."""
+    import threading
+
+    def loop(work):
+        for _ in range(rounds):
+            try:
+                work()
+            except Exception:
+                pass
+
+    threads = [threading.Thread(target=loop, args=(work,)) for work in works]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()

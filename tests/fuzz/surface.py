@@ -6,6 +6,7 @@ can be saved as a script as it stands."""
 
 import csv
 import os
+import re
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 VOCABULARY = os.path.join(os.path.dirname(HERE), "data", "vocabulary")
@@ -302,3 +303,33 @@ def module_function_call(gen, functions):
         lines.append("keep(O.%s)" % gen.choice(RECORD_FIELDS[owner])["field"])
         return lines
     return ["keep(M.%s(%s))" % (name, ", ".join(args))]
+
+
+# Members that wait on the agent or change what other threads read.
+# The writer lock itself is only taken in balanced pairs below: a script
+# thread that keeps it blocks the others by design.
+THREADED_MEMBERS = ("PushTask", "ClearTask", "RemoveVideo", "RemoveAllVideo", "AddVideo", "DumpTask",
+                    "SetDspVideoID")
+
+
+def threads_call(gen):
+    """Two to four script threads, each running a few facade calls in a
+    loop, the writer lock taken and given back around some of them."""
+    lines = []
+    names = []
+    for index in range(gen.rng.randint(2, 4)):
+        body = []
+        for _ in range(gen.rng.randint(1, 3)):
+            member = gen.choice(THREADED_MEMBERS)
+            calls = FACADE_MEMBERS[member](gen, member)
+            if gen.rng.random() < 0.5:
+                calls = ["f.LockEffectDataWriter(False)", "try:"] + ["    " + c for c in calls] + \
+                        ["finally:", "    f.UnlockEffectDataWriter(False)"]
+            body += calls
+        lines.append("def work%d():" % index)
+        lines += ["    " + line for line in body]
+        names.append("work%d" % index)
+    lines.append("run_threads([%s], %d)" % (", ".join(names), gen.rng.randint(1, 20)))
+    # A facade of their own: the shared one's writer lock may be kept by an
+    # earlier call of the main thread, which would block them by design.
+    return ["g = P.PyClipGrade()"] + [re.sub(r"\bf\.", "g.", line) for line in lines]
