@@ -11,4 +11,5 @@
 %include "binding/constants.i"
 %include "binding/keys.i"
 %include "binding/records.i"
+%include "binding/events.i"
 %include "binding/facade.i"

@@ -110,4 +110,26 @@ public:
     void SetDspVideoID(UINT videoID);
     UINT GetDspVideoID();
     void SetOverUnderExposureImage(bool enable);
+
+    bool SetPyCallback(PyObject* callback);
+    void SetCacheFrame(IImageBuffer* frame);
+    IImageBuffer* GetCacheFrame();
+    void SetCachePureFrame(IImageBuffer* frame);
+    IImageBuffer* GetCachePureFrame();
+    void SetCacheFrameOnDspAgent(UINT videoID, LONGLONG llTime, BOOL bEnable);
+    void SetCacheFramePlaying(IImageBuffer* frame);
+    IImageBuffer* GetCacheFramePlaying();
+    void SetCacheFramePlayingOnDspAgent(BOOL enable, LONGLONG frameInterval);
+    void FlushQueue2DBUntilPos(int first, int second, int third, LONGLONG position);
+    void ClearTrackResultQueue();
+    PyObject* GetMaxTrackingID();
+    PyObject* getTrackResult(int trackingID, int videoID, int maskID, LONGLONG time);
+    PyObject* getLatestTrackResult(int videoID, int maskID, int trackingID);
+    PyObject* GetTrackHistoryStream();
+    void SetTrackHistoryStream(char* pcgStream, int pcgStreamSize);
+    void DeleteTrackingKeyFrame(LONGLONG time);
+    void ClearCurTrackHistoryStream();
+    void copyTrackResultInDB(int first, int second, int third);
+    bool DeleteMotionTrackingMaskInfoRange(int first, int second, LONGLONG time);
+    bool DeleteMotionTrackingMaskInfoInterval(int first, int second, LONGLONG begin, LONGLONG end);
 };
