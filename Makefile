@@ -37,7 +37,7 @@ test-sanitize: deps
 
 # The code with threads and locks (platform primitives, the log, the
 # reference agent's writer lock and journal) under ThreadSanitizer.
-THREAD_TESTS := platform_test runtime_test reference_test
+THREAD_TESTS := platform_test runtime_test reference_test events_core_test
 test-threads: deps
 	cmake -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_PYTHON=OFF -DPCG_SANITIZE=thread
 	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp
