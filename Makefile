@@ -55,6 +55,8 @@ bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
 	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench
 	bash bench/run.sh $(BUILD)-bench
+	$(MAKE) build
+	$(PYTHON) bench/events_bench.py $(abspath $(HOST))
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-*
