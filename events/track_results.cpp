@@ -205,6 +205,11 @@ PyObject* PyClipGrade::GetTrackHistoryStream() {
     // unwritten would otherwise copy an unknown length.
     uint32_t size = 0;
     if (m_dspAgent->GetTrackHistoryStream(&bytes, &size) < 0) {
+        if (bytes != nullptr) {
+            // Bytes handed out with a failure would be lost: they go back.
+            DumpLog("PyClipGrade::GetTrackHistoryStream, the agent failed and still gave bytes; they go back");
+            m_dspAgent->FreeTrackHistoryStream(&bytes);
+        }
         Py_RETURN_NONE;
     }
     PyObject* stream = nullptr;

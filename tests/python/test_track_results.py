@@ -208,7 +208,10 @@ def test_an_empty_history_reads_as_none(facade, journal):
     assert facade.GetTrackHistoryStream() is None
     journal.set_result("DspMain", "GetTrackHistoryStream", E_FAIL)
     facade.SetTrackHistoryStream(b"x", 1)
+    streams = EventAgent().counter("streamsOut")
     assert facade.GetTrackHistoryStream() is None
+    # Bytes the failing agent still handed out went back.
+    assert EventAgent().counter("streamsOut") == streams
 
 
 def test_history_stream_wrong_types_raise(facade):
