@@ -92,6 +92,7 @@ TEST_F(AgentEventsTest, TakingTheRingAwayDropsWhatWasNotWrittenAndWritesNothingA
     // Two fit; the producer waits for a third slot.
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     m_pAgent->SetCallbackQueue(nullptr);
+    // The agent is done with the ring: no lock is needed to read it now.
     const int32_t written = m_ring.nPut;
     EXPECT_EQ(written, 2);
     // Everything posted is settled: written or dropped.
@@ -139,7 +140,13 @@ TEST_F(AgentEventsTest, ManyPostersAndARingComingAndGoingLoseNoFrame) {
     for (std::thread& poster : posters) poster.join();
     toggler.join();
     EXPECT_EQ(Library().WaitPosted(0, 20000), 0);
-    while (m_ring.nTake != m_ring.nPut) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    auto unread = [this] {
+        pcg::platform::RawLockEnter(m_ring.lock);
+        const bool any = m_ring.nTake != m_ring.nPut;
+        pcg::platform::RawLockLeave(m_ring.lock);
+        return any;
+    };
+    while (unread()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     done = true;
     consumer.join();
     EXPECT_LE(received.load(), queued.load());
