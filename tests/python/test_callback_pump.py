@@ -171,10 +171,13 @@ def test_a_non_callable_fails_only_when_an_event_fires(shadow, agent, capfd):
     assert facade.SetPyCallback(42) is True
     agent.post(TRACKING_STATE, 1, 1)
     assert agent.wait_posted() == 0
+    err = []
+    assert wait_for(lambda: err.append(capfd.readouterr().err)
+                    or "TypeError: 'int' object is not callable" in "".join(err))
     facade.SetPyCallback(lambda *a: done.append(a))
     agent.post(TRACKING_STATE, 2, 2)
     assert wait_for(lambda: done)
-    assert "TypeError: 'int' object is not callable" in capfd.readouterr().err
+    assert done == [("TRACKING_STATE", 2, 2)]
 
 
 def test_clearing_the_callable_drops_tracking_events_but_frames_still_arrive(shadow, agent):
