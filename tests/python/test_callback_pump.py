@@ -369,7 +369,8 @@ def test_a_stop_command_from_the_agent_ends_the_thread_and_the_destructor_still_
     time.sleep(0.1)
     del facade
     assert recorder.calls == []
-    assert wait_for(lambda: agent.counter("framesLive") <= live - 1 or agent.counter("framesLive") == 0)
+    # The frame never delivered was let go, dropped by the agent or taken from the ring.
+    assert agent.counter("framesLive") == live - 1
 
 
 def test_process_callback_with_none_returns_at_once(module):
