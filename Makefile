@@ -36,8 +36,9 @@ test-sanitize: deps
 	UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --test-dir $(BUILD)-asan --output-on-failure -j $(JOBS)
 
 # The code with threads and locks (platform primitives, the log, the
-# reference agent's writer lock and journal) under ThreadSanitizer.
-THREAD_TESTS := platform_test runtime_test reference_test events_core_test
+# reference agent's writer lock, journal and event producer, the event ring,
+# the mask loops sliced over threads) under ThreadSanitizer.
+THREAD_TESTS := platform_test runtime_test reference_test selection_test events_core_test
 test-threads: deps
 	cmake -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_PYTHON=OFF -DPCG_SANITIZE=thread
 	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp
@@ -54,8 +55,8 @@ demo: build
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
 	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench
-	bash bench/run.sh $(BUILD)-bench
 	$(MAKE) build
+	PCG_BENCH_HOST=$(abspath $(HOST)) bash bench/run.sh $(BUILD)-bench
 	$(PYTHON) bench/events_bench.py $(abspath $(HOST))
 
 clean:

@@ -91,6 +91,7 @@ public:
     PyObject* GetDspAgentPtr();
     HRESULT PushTask(UINT videoID, long taskID, PyObject* effect, bool useBufferAgent);
     HRESULT ClearTask(UINT videoID, bool useBufferAgent);
+    HRESULT AddMaskInfo(UINT videoID, long taskID, PyObject* masks, bool useBufferAgent);
 
     HRESULT AddVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
     HRESULT UpdateVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);

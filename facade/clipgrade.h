@@ -37,6 +37,9 @@ public:
 
     HRESULT PushTask(UINT videoID, long taskID, PyObject* effect, bool useBufferAgent);
     HRESULT ClearTask(UINT videoID, bool useBufferAgent);
+    // Builds the mask objects that `masks` describes for the mask function of
+    // `taskID` and hands each to the agent, which owns it from then on.
+    HRESULT AddMaskInfo(UINT videoID, long taskID, PyObject* masks, bool useBufferAgent);
 
     // Clips: mirrored to the buffer agent first, then the main agent, whose
     // result is the operation's.

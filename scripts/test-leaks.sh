@@ -27,7 +27,7 @@ if PYCLIPGRADE_BUILD="$build" valgrind --quiet --leak-check=full \
       --show-leak-kinds=definite,indirect --errors-for-leak-kinds=definite,indirect \
       --error-exitcode=3 /usr/bin/python3 -m pytest -q -p no:cacheprovider \
       test_facade_*.py test_push_task.py test_video_operations.py test_effects_*.py \
-      test_local_adjustments.py test_show_mask.py >"$log" 2>&1; then
+      test_local_adjustments.py test_show_mask.py test_mask_builders.py test_masks_with_adjustments.py >"$log" 2>&1; then
   echo "leak check of the facade and effect tests: $(tail -1 "$log")"
 else
   cat "$log"

@@ -107,8 +107,13 @@
 //   FUNCTION_ID has no known layout is kept all the same and freed as a bare
 //   block (what hangs on it cannot be found); a log line says so.
 //   Masks. AddMaskInfo takes the object per clip and mask ID and nulls the
-//   slot; ClearMaskInfo lets the clip's go. The objects are not yet deleted:
-//   their classes are not part of this library.
+//   slot (a null object: E_POINTER, nothing taken); an object held under the
+//   same clip and mask ID is deleted. ClearMaskInfo, RemoveVideo and the last
+//   Release delete the clip's objects: first the key records their lists
+//   point to (and a selection key's points), then the object through its
+//   virtual destructor, which frees the lists. masksHeld counts the objects
+//   held. The journal decodes each object (class, IDs, every list with its
+//   key records' fields, bInverse, nVideoID).
 //   Frames. NeedsSourceCopy answers false. AdjustBufferRect leaves the
 //   rectangle as it is (E_POINTER without one). ApplyEffectOnBuffer copies
 //   the overlap of source and destination row by row (no pixel effect is

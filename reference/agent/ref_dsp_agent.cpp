@@ -11,6 +11,7 @@
 #include "reference/agent/event_producer.h"
 #include "reference/agent/track_store.h"
 #include "reference/agent/frame_work.h"
+#include "reference/agent/mask_store.h"
 #include "reference/agent/record_json.h"
 #include "runtime/dump_log.h"
 #include "engine/result_codes.h"
@@ -180,7 +181,7 @@ int32_t CRefDspAgent::ClearTask(uint32_t videoID) {
 int32_t CRefDspAgent::AddMaskInfo(uint32_t videoID, FUNCTION_ID maskFunctionID, uint32_t maskID,
                                   HVN::MaskInfoBase** ppMask) {
     HVN::MaskInfoBase* mask = ppMask ? *ppMask : nullptr;
-    m_fnJournal("AddMaskInfo", Args(videoID, static_cast<uint32_t>(maskFunctionID), maskID, OpaqueJson(mask)));
+    m_fnJournal("AddMaskInfo", Args(videoID, static_cast<uint32_t>(maskFunctionID), maskID, MaskJson(mask)));
     if (!mask) {
         return m_fnAnswer("AddMaskInfo", kResultPointer);
     }
