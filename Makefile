@@ -48,8 +48,9 @@ test-python-sanitize: deps
 	cd tests/python && $(PYASAN_ENV) PYCLIPGRADE_BUILD=$(abspath $(BUILD))-pyasan $(PYTHON) -m pytest -q -p no:cacheprovider .
 
 # The code with threads and locks (platform primitives, the log, the
-# reference agent's writer lock and journal) under ThreadSanitizer.
-THREAD_TESTS := platform_test runtime_test reference_test
+# reference agent's writer lock, journal and event producer, the event ring,
+# the mask loops sliced over threads) under ThreadSanitizer.
+THREAD_TESTS := platform_test runtime_test reference_test selection_test events_core_test
 test-threads: deps
 	cmake -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_PYTHON=OFF -DPCG_SANITIZE=thread
 	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp
@@ -91,7 +92,9 @@ demo: build
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
 	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench
-	bash bench/run.sh $(BUILD)-bench
+	$(MAKE) build
+	PCG_BENCH_HOST=$(abspath $(HOST)) bash bench/run.sh $(BUILD)-bench
+	$(PYTHON) bench/events_bench.py $(abspath $(HOST))
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-*

@@ -12,4 +12,5 @@
 %include "binding/keys.i"
 %include "binding/views.i"
 %include "binding/records.i"
+%include "binding/events.i"
 %include "binding/facade.i"

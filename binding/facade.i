@@ -91,6 +91,7 @@ public:
     PyObject* GetDspAgentPtr();
     HRESULT PushTask(UINT videoID, long taskID, PyObject* effect, bool useBufferAgent);
     HRESULT ClearTask(UINT videoID, bool useBufferAgent);
+    HRESULT AddMaskInfo(UINT videoID, long taskID, PyObject* masks, bool useBufferAgent);
 
     HRESULT AddVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
     HRESULT UpdateVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
@@ -110,4 +111,26 @@ public:
     void SetDspVideoID(UINT videoID);
     UINT GetDspVideoID();
     void SetOverUnderExposureImage(bool enable);
+
+    bool SetPyCallback(PyObject* callback);
+    void SetCacheFrame(IImageBuffer* frame);
+    IImageBuffer* GetCacheFrame();
+    void SetCachePureFrame(IImageBuffer* frame);
+    IImageBuffer* GetCachePureFrame();
+    void SetCacheFrameOnDspAgent(UINT videoID, LONGLONG llTime, BOOL bEnable);
+    void SetCacheFramePlaying(IImageBuffer* frame);
+    IImageBuffer* GetCacheFramePlaying();
+    void SetCacheFramePlayingOnDspAgent(BOOL enable, LONGLONG frameInterval);
+    void FlushQueue2DBUntilPos(int first, int second, int third, LONGLONG position);
+    void ClearTrackResultQueue();
+    PyObject* GetMaxTrackingID();
+    PyObject* getTrackResult(int trackingID, int videoID, int maskID, LONGLONG time);
+    PyObject* getLatestTrackResult(int videoID, int maskID, int trackingID);
+    PyObject* GetTrackHistoryStream();
+    void SetTrackHistoryStream(char* pcgStream, int pcgStreamSize);
+    void DeleteTrackingKeyFrame(LONGLONG time);
+    void ClearCurTrackHistoryStream();
+    void copyTrackResultInDB(int first, int second, int third);
+    bool DeleteMotionTrackingMaskInfoRange(int first, int second, LONGLONG time);
+    bool DeleteMotionTrackingMaskInfoInterval(int first, int second, LONGLONG begin, LONGLONG end);
 };

@@ -5,11 +5,11 @@ set -euo pipefail
 
 packages=(
   build-essential cmake make pkg-config
-  python3 python3-dev python3-pytest
+  python3 python3-dev python3-pytest python3-numpy
   swig
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   nlohmann-json3-dev
-  libopencv-imgproc-dev
+  libopencv-imgproc-dev libopencv-calib3d-dev
   g++-mingw-w64-x86-64-posix wine64
   valgrind
   clang-14 libclang-rt-14-dev

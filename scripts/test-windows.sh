@@ -52,6 +52,11 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
   exit 1
 fi
 
+# Without a display Wine loads no window driver and CreateWindowExW fails; the
+# null driver gives real, never-shown windows (the facade's hidden window).
+"$wine64" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
+if [ -n "$wineserver" ]; then "$wineserver" -w; fi
+
 # One test at a time: all test processes share the prefix's registry, and
 # tests set and delete the same keys.
 ctest --test-dir "$build" --output-on-failure --timeout 300

@@ -58,7 +58,8 @@ int32_t CManualBrush::UpdateStroke(int nX, int nY, int nRadius, bool bNewStroke,
         // Small moves add up until they count: the last position stays.
         if (d < nRadius * 0.25) return pcg::kResultOk;
         const double dStep = nRadius * 0.35;
-        // A brush without radius paints nothing, so there is nothing to fill in.
+        // Without a positive radius the count of stamps in between is not
+        // above 0 (or is no number at all for radius 0): nothing to fill in.
         if (nRadius > 0 && d >= dStep) {
             const double dCount = d / dStep;
             if (dCount < 2147483647.0) {
@@ -83,7 +84,10 @@ void CManualBrush::m_fnStamp(const BufferData& output, int nX, int nY, int nRadi
                              uint8_t nValue) {
     const int W = output.nWidth;
     const int H = output.nHeight;
-    if (W < 1 || H < 1 || nRadius <= 0) return;
+    if (W < 1 || H < 1) return;
+    // A negative radius is not refused: its box is clamped like any other and
+    // the disc test then decides (on a 1x1 mask, radius -1 at the origin
+    // paints). Radius 0 paints nothing, as no offset is below 0.
     const int64_t r = nRadius;
     const int nLeft = static_cast<int>(std::clamp<int64_t>(nX - r, 0, W - 1));
     const int nRight = static_cast<int>(std::clamp<int64_t>(nX + r, 0, W - 1));

@@ -2,6 +2,10 @@
 
 #include <cmath>
 
+#if PCG_AVX2_KERNELS
+#include <immintrin.h>
+#endif
+
 RadialRootSolver::RadialRootSolver(const RadialPolynomial& poly, int nDistortion)
     : m_nDistortion(nDistortion) {
     const double a = poly.dA;
@@ -61,3 +65,78 @@ bool RadialRootSolver::Solve(double q, double* pRoot) const {
     *pRoot = res;
     return true;
 }
+
+#if PCG_AVX2_KERNELS
+namespace {
+
+// Solve's test of one candidate, per lane: it exists, is not negative, and
+// lies on the distortion's side of q; then it replaces the root kept so far.
+PCG_TARGET_AVX2 inline __m256d Consider(__m256d res, __m256d q, bool bNegative, __m256d exists, __m256d candidate) {
+    const __m256d side = bNegative ? _mm256_cmp_pd(candidate, q, _CMP_GE_OQ) : _mm256_cmp_pd(candidate, q, _CMP_LE_OQ);
+    const __m256d take =
+        _mm256_and_pd(_mm256_and_pd(exists, _mm256_cmp_pd(candidate, _mm256_setzero_pd(), _CMP_GE_OQ)), side);
+    return _mm256_blendv_pd(res, candidate, take);
+}
+
+}  // namespace
+
+PCG_TARGET_AVX2 int RadialRootSolver::SolveFour(const double* pq, double* pRoot) const {
+    const __m256d q = _mm256_loadu_pd(pq);
+    const __m256d vSign = _mm256_set1_pd(-0.0);
+    const __m256d vZero = _mm256_setzero_pd();
+    const __m256d vHalf = _mm256_set1_pd(0.5);
+    const __m256d vTwo = _mm256_set1_pd(2.0);
+    const __m256d alpha = _mm256_set1_pd(m_dAlpha);
+    const __m256d quarterB = _mm256_set1_pd(m_dQuarterB);
+    const __m256d gamma = _mm256_sub_pd(
+        _mm256_add_pd(_mm256_sub_pd(_mm256_xor_pd(_mm256_div_pd(q, _mm256_set1_pd(m_dA)), vSign),
+                                    _mm256_set1_pd(m_dGammaB4)),
+                      _mm256_set1_pd(m_dGammaB2C)),
+        _mm256_set1_pd(m_dGammaDB));
+
+    const __m256d P = _mm256_sub_pd(_mm256_set1_pd(-m_dAlpha2Over12), gamma);
+    const __m256d Q = _mm256_sub_pd(
+        _mm256_sub_pd(_mm256_div_pd(_mm256_mul_pd(gamma, alpha), _mm256_set1_pd(3.0)), _mm256_set1_pd(m_dAlpha3Over108)),
+        _mm256_set1_pd(m_dBeta2Over8));
+    const __m256d inner = _mm256_sub_pd(
+        _mm256_sqrt_pd(_mm256_add_pd(_mm256_div_pd(_mm256_mul_pd(_mm256_mul_pd(P, P), P), _mm256_set1_pd(27.0)),
+                                     _mm256_mul_pd(_mm256_mul_pd(Q, Q), _mm256_set1_pd(0.25)))),
+        _mm256_mul_pd(Q, vHalf));
+    // The cube root is the library's pow, lane by lane.
+    alignas(32) double lanes[4];
+    _mm256_store_pd(lanes, inner);
+    for (double& lane : lanes) lane = std::pow(lane, 1.0 / 3.0);
+    const __m256d U = _mm256_load_pd(lanes);
+    alignas(32) double cut[4];
+    _mm256_store_pd(cut, _mm256_div_pd(P, _mm256_mul_pd(U, _mm256_set1_pd(3.0))));
+    for (int k = 0; k < 4; ++k)
+        if (lanes[k] == 0.0) {
+            alignas(32) double qLanes[4];
+            _mm256_store_pd(qLanes, Q);
+            cut[k] = std::pow(qLanes[k], 1.0 / 3.0);
+        }
+    const __m256d Y = _mm256_sub_pd(_mm256_add_pd(_mm256_set1_pd(m_dAlphaY), U), _mm256_load_pd(cut));
+    const __m256d lifted = _mm256_add_pd(alpha, _mm256_mul_pd(vTwo, Y));
+    const __m256d ok = _mm256_cmp_pd(lifted, vZero, _CMP_GT_OQ);
+
+    const __m256d Wr = _mm256_sqrt_pd(lifted);
+    const __m256d E = _mm256_div_pd(_mm256_mul_pd(vTwo, _mm256_set1_pd(m_dBeta)), Wr);
+    const __m256d G = _mm256_add_pd(_mm256_mul_pd(_mm256_set1_pd(3.0), alpha), _mm256_mul_pd(vTwo, Y));
+
+    __m256d res = q;
+    const bool bNegative = m_nDistortion < 0;
+    const __m256d sum = _mm256_add_pd(G, E);
+    const __m256d sumExists = _mm256_cmp_pd(sum, vZero, _CMP_LT_OQ);
+    const __m256d S1 = _mm256_sqrt_pd(_mm256_xor_pd(sum, vSign));
+    res = Consider(res, q, bNegative, sumExists, _mm256_sub_pd(_mm256_mul_pd(_mm256_sub_pd(Wr, S1), vHalf), quarterB));
+    res = Consider(res, q, bNegative, sumExists, _mm256_sub_pd(_mm256_mul_pd(_mm256_add_pd(S1, Wr), vHalf), quarterB));
+    const __m256d difference = _mm256_sub_pd(G, E);
+    const __m256d differenceExists = _mm256_cmp_pd(difference, vZero, _CMP_LT_OQ);
+    const __m256d S2 = _mm256_sqrt_pd(_mm256_xor_pd(difference, vSign));
+    res = Consider(res, q, bNegative, differenceExists,
+                   _mm256_sub_pd(_mm256_mul_pd(_mm256_sub_pd(_mm256_xor_pd(Wr, vSign), S2), vHalf), quarterB));
+    res = Consider(res, q, bNegative, differenceExists, _mm256_sub_pd(_mm256_mul_pd(_mm256_sub_pd(S2, Wr), vHalf), quarterB));
+    _mm256_storeu_pd(pRoot, res);
+    return _mm256_movemask_pd(ok);
+}
+#endif

@@ -4,6 +4,8 @@
 // sign. Shared by MaskLensCorrect's per-point solver and its mask loop.
 #pragma once
 
+#include "selection/simd_dispatch.h"
+
 struct RadialPolynomial {
     double dA;
     double dB;
@@ -19,6 +21,12 @@ public:
     // Radius r whose image under the polynomial is q (0 < q <= 1). False,
     // with *pRoot untouched, when the resolvent has no usable real root.
     bool Solve(double q, double* pRoot) const;
+#if PCG_AVX2_KERNELS
+    // Solve for q[0..3] at once, each lane by Solve's operations in Solve's
+    // order. Returns a bit per lane with a root, written to pRoot[lane];
+    // lanes without one leave garbage there.
+    PCG_TARGET_AVX2 int SolveFour(const double* q, double* pRoot) const;
+#endif
 
 private:
     double m_dA;

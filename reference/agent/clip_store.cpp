@@ -2,6 +2,7 @@
 
 #include "engine/effect_layouts.h"
 #include "reference/agent/agent_registry.h"
+#include "reference/agent/mask_store.h"
 
 namespace pcg {
 namespace refagent {
@@ -19,10 +20,10 @@ void ClipStore::m_fnFreeRecord(const HeldRecord& held) {
 }
 
 void ClipStore::m_fnDropMasks(MaskMap& masks) {
-    // The mask classes are not part of this library yet, so their virtual
-    // destructor cannot be reached from here: the objects are let go, not
-    // deleted (see the library's header).
     AgentRegistry::Instance().Add(Counter::MasksHeld, -static_cast<int64_t>(masks.size()));
+    for (const auto& held : masks) {
+        DeleteHeldMask(held.second);
+    }
     masks.clear();
 }
 
@@ -137,10 +138,15 @@ std::vector<std::pair<uint32_t, uint32_t>> ClipStore::Tasks() {
 void ClipStore::PutMask(uint32_t videoID, uint32_t maskID, HVN::MaskInfoBase* mask) {
     std::lock_guard<std::mutex> guard(m_lock);
     MaskMap& masks = m_masks[videoID];
-    if (masks.count(maskID) == 0) {
+    const auto it = masks.find(maskID);
+    if (it == masks.end()) {
         AgentRegistry::Instance().Add(Counter::MasksHeld, 1);
+        masks.emplace(maskID, mask);
+    } else if (it->second != mask) {
+        // The later object replaces the earlier, which nothing can reach now.
+        DeleteHeldMask(it->second);
+        it->second = mask;
     }
-    masks[maskID] = mask;
 }
 
 void ClipStore::ClearMasks(uint32_t videoID) {

@@ -59,7 +59,8 @@ public:
     // (video ID, FUNCTION_ID) of every record held, in ascending order.
     std::vector<std::pair<uint32_t, uint32_t>> Tasks();
 
-    // Takes the mask object; one held for the same clip and mask ID is let go.
+    // Takes the mask object; one held for the same clip and mask ID is
+    // deleted with its keys.
     void PutMask(uint32_t videoID, uint32_t maskID, HVN::MaskInfoBase* mask);
     void ClearMasks(uint32_t videoID);
 

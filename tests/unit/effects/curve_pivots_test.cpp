@@ -4,24 +4,15 @@
 
 #include <vector>
 
+#include "tests/unit/embedded_python.h"
+
 namespace {
 
 // One interpreter for the whole program, as the module lives in one.
-class PythonEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override { Py_Initialize(); }
-    void TearDown() override { Py_FinalizeEx(); }
-};
+const ::testing::Environment* const kPython =
+    ::testing::AddGlobalTestEnvironment(new pcg::unittest::PythonEnvironment);
 
-const ::testing::Environment* const kPython = ::testing::AddGlobalTestEnvironment(new PythonEnvironment);
-
-// A new reference to the script value `source`.
-PyObject* Eval(const char* source) {
-    PyObject* globals = PyDict_New();
-    PyObject* value = PyRun_String(source, Py_eval_input, globals, globals);
-    Py_DECREF(globals);
-    return value;
-}
+using pcg::unittest::Eval;
 
 // `count` pivots (i / 32, 1 - i / 32), each a tuple.
 PyObject* Pivots(int count) {

@@ -7,6 +7,7 @@
 #include "engine/buffer_settings.h"
 #include "engine/constants.h"
 #include "engine/dsp_callback_queue.h"
+#include "engine/mask_objects.h"
 #include "engine/track_results.h"
 #include "engine/result_codes.h"
 #include "tests/unit/reference/ref_agent_library.h"
@@ -69,10 +70,13 @@ const OperationCase kOperations[] = {
     {"ClearTask", [](IVXHvnDspAgent* a) { a->ClearTask(7); }, "[7]"},
     {"AddMaskInfo",
      [](IVXHvnDspAgent* a) {
-         HVN::MaskInfoBase* mask = Opaque<HVN::MaskInfoBase>();
-         a->AddMaskInfo(7, static_cast<FUNCTION_ID>(102), 3, &mask);
+         auto* gradient = new HVN::GradientMask;
+         gradient->nMaskID = 3;
+         gradient->effectInfoID = FUNCTION_EFFECTINFO_GMASK;
+         HVN::MaskInfoBase* mask = gradient;
+         a->AddMaskInfo(7, static_cast<FUNCTION_ID>(16), 3, &mask);
      },
-     "[7,102,3,true]"},
+     R"([7,16,3,{"class":"GradientMask","nMaskID":3,"nMaskKind":0,"effectInfoID":38,"keyFrames":[]}])"},
     {"ClearMaskInfo", [](IVXHvnDspAgent* a) { a->ClearMaskInfo(7); }, "[7]"},
     {"AddVideo", [](IVXHvnDspAgent* a) { a->AddVideo(7, 0, 3000, 1.5); }, "[7,0,3000,1.5]"},
     {"UpdateVideo", [](IVXHvnDspAgent* a) { a->UpdateVideo(7, -1, 3000, 0.75); }, "[7,-1,3000,0.75]"},

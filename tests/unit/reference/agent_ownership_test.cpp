@@ -145,19 +145,6 @@ TEST_F(AgentOwnership, SamePointerPushedAgainStaysOneRecord) {
     EXPECT_EQ(Read().nFreed, before.nFreed + 1);
 }
 
-TEST_F(AgentOwnership, MaskObjectIsTakenAndTheSlotNulled) {
-    IVXHvnDspAgent* agent = Library().Create("DspMain");
-    const int64_t masks = Library().Counter("masksHeld");
-    int storage = 0;
-    auto* mask = reinterpret_cast<HVN::MaskInfoBase*>(&storage);
-    EXPECT_EQ(agent->AddMaskInfo(7, static_cast<FUNCTION_ID>(102), 3, &mask), kResultOk);
-    EXPECT_EQ(mask, nullptr);
-    EXPECT_EQ(Library().Counter("masksHeld"), masks + 1);
-    agent->ClearMaskInfo(7);
-    EXPECT_EQ(Library().Counter("masksHeld"), masks);
-    agent->Release();
-}
-
 TEST_F(AgentOwnership, RecordDecodingShowsEveryVectorInRecordOrder) {
     // A tone record: exposure (double), then six integer vectors.
     struct ToneRecord {

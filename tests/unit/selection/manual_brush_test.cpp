@@ -85,6 +85,42 @@ TEST(CManualBrush, RadiusZeroPaintsNothingButMoves) {
     EXPECT_EQ(brush.m_nLastY, 1);
 }
 
+TEST(CManualBrush, NegativeRadiusStampsItsClampedBox) {
+    // Radius -1 on a 1x1 mask: the box (1, -1) .. (-1, 1) clamps to the one
+    // pixel, and 0^2 + 0^2 < (-1)^2 holds.
+    TestMask mask(1, 1);
+    CManualBrush brush;
+    brush.Initialize(mask.View());
+    ASSERT_EQ(brush.UpdateStroke(0, 0, -1, true, true, mask.View()), 0);
+    EXPECT_EQ(mask.At(0, 0), 255);
+    EXPECT_EQ(brush.m_nLastX, 0);
+    EXPECT_EQ(brush.m_nLastY, 0);
+}
+
+TEST(CManualBrush, NegativeRadiusKeepsTheStrictDiscTest) {
+    // Centre (1, 0) off a 1x1 mask: the box still clamps to the pixel, whose
+    // offset 1 is not below 1 for radius -1 and is below 4 for radius -2.
+    TestMask mask(1, 1);
+    CManualBrush brush;
+    brush.Initialize(mask.View());
+    ASSERT_EQ(brush.UpdateStroke(1, 0, -1, true, true, mask.View()), 0);
+    EXPECT_EQ(mask.At(0, 0), 0);
+    ASSERT_EQ(brush.UpdateStroke(1, 0, -2, true, true, mask.View()), 0);
+    EXPECT_EQ(mask.At(0, 0), 255);
+}
+
+TEST(CManualBrush, NegativeRadiusOnAWiderMaskPaintsNothing) {
+    // The box's left (x + 2) lies right of its right (x - 2) after clamping.
+    TestMask mask(9, 9);
+    CManualBrush brush;
+    brush.Initialize(mask.View());
+    ASSERT_EQ(brush.UpdateStroke(4, 4, -2, true, true, mask.View()), 0);
+    ASSERT_EQ(brush.UpdateStroke(8, 8, -2, false, true, mask.View()), 0);
+    EXPECT_EQ(Painted(mask), 0);
+    EXPECT_EQ(brush.m_nLastX, 8);
+    EXPECT_EQ(brush.m_nLastY, 8);
+}
+
 TEST(CManualBrush, DiscTestIsStrict) {
     // Radius 2: dx^2 + dy^2 < 4 keeps the 3x3 block and the four (0, +-1)
     // ... (+-1, 0) arms are inside it; (2, 0) with 4 is not.
@@ -191,7 +227,7 @@ TEST(CManualBrush, StrokesEqualPlainForm) {
     for (int round = 0; round < 60; ++round) {
         const int w = side(rng), h = side(rng);
         TestMask mask(w, h, w + round % 4), expected(w, h, w + round % 4);
-        std::uniform_int_distribution<int> px(-20, w + 20), py(-20, h + 20), radius(0, 25);
+        std::uniform_int_distribution<int> px(-20, w + 20), py(-20, h + 20), radius(-6, 25);
         CManualBrush brush;
         brush.Initialize(mask.View());
         int lastX = -1, lastY = -1;
