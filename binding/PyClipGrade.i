@@ -10,5 +10,7 @@
 %include "binding/surface.i"
 %include "binding/constants.i"
 %include "binding/keys.i"
+%include "binding/views.i"
 %include "binding/records.i"
+%include "binding/events.i"
 %include "binding/facade.i"

@@ -40,6 +40,23 @@ static inline wchar_t* pcg_UnicodeAsWide(PyObject* o) {
 }
 static inline void pcg_FreeWide(wchar_t* text) { PyMem_Free(text); }
 
+// A byte string of the script's (bytes in Python 3) holding a copy of the
+// bytes, embedded zeros included: Py_BuildValue's "s#" of Python 2.
+static inline PyObject* pcg_BytesFromBuffer(const char* bytes, Py_ssize_t size) {
+    return PyBytes_FromStringAndSize(bytes, size);
+}
+
+// The bytes of a script string: bytes as they are, str as UTF-8. Null when
+// the object is neither. Borrowed from the object.
+static inline const char* pcg_ByteStringView(PyObject* o, Py_ssize_t* length) {
+    if (PyBytes_Check(o)) {
+        *length = PyBytes_GET_SIZE(o);
+        return PyBytes_AS_STRING(o);
+    }
+    if (PyUnicode_Check(o)) return PyUnicode_AsUTF8AndSize(o, length);
+    return nullptr;
+}
+
 #else  // Python 2.7
 
 static inline PyThreadState* pcg_CurrentThreadState() { return _PyThreadState_Current; }
@@ -63,5 +80,17 @@ static inline wchar_t* pcg_UnicodeAsWide(PyObject* o) {
     return reinterpret_cast<wchar_t*>(PyUnicode_AsUnicode(o));
 }
 static inline void pcg_FreeWide(wchar_t*) {}
+
+static inline PyObject* pcg_BytesFromBuffer(const char* bytes, Py_ssize_t size) {
+    return PyString_FromStringAndSize(bytes, size);
+}
+
+static inline const char* pcg_ByteStringView(PyObject* o, Py_ssize_t* length) {
+    if (PyString_Check(o)) {
+        *length = PyString_Size(o);
+        return PyString_AsString(o);
+    }
+    return nullptr;
+}
 
 #endif

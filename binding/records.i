@@ -107,7 +107,7 @@
 }
 
 // An array field is set from a wrapped array of its element type, all of its
-// elements copied; a source of another type is refused with the field's own
+// elements copied; a source of another type or length is refused with the field's own
 // name and type, as a null source is.
 %typemap(in, noblock=1) SWIGTYPE [ANY] (void *argp = 0, int res = 0),
                         SWIGTYPE [ANY][ANY] (void *argp = 0, int res = 0) {
@@ -115,13 +115,19 @@
   if (!SWIG_IsOK(res)) {
     %variable_fail(res, "$type", "$1_name");
   }
+  // An array of another length is another type, and a pointer of unknown
+  // extent cannot be copied from.
+  if (argp && !pcg_ViewSpans($input, $1_dim0)) {
+    %variable_fail(SWIG_TypeError, "$type", "$1_name");
+  }
   $1 = %reinterpret_cast(argp, $ltype);
 }
 
 // A script-made histogram holds the one reference its constructor took: the
 // wrapper gives it back when it goes, rather than deleting an object others
 // may still hold. A Release() through the wrapper that frees the object
-// leaves the wrapper owning nothing, so that it is not given back twice.
+// leaves the wrapper owning nothing and pointing at nothing, so that it is
+// not given back twice and later calls are refused as on a null object.
 %warnfilter(302) CHistogramDist::~CHistogramDist;
 %extend CHistogramDist {
   ~CHistogramDist() {
@@ -132,7 +138,28 @@
   $action
   if (result == 0) {
     SwigPyObject* pcgThis = SWIG_Python_GetSwigThis(swig_obj[0]);
-    if (pcgThis) pcgThis->own = 0;
+    if (pcgThis) {
+      pcgThis->own = 0;
+      pcgThis->ptr = 0;
+    }
+  }
+}
+
+// The histogram owns its block: assigning copies another histogram's values
+// into it, so no block is shared between two owners or lost, and None, which
+// has no values, is refused as for an embedded record.
+%typemap(memberin, noblock=1) HistogramDist *m_pHisdist {
+  if (!$input) {
+    %variable_nullref("$type", "$1_name");
+  }
+  if ($1 == 0) {
+    $1 = new (std::nothrow) HistogramDist(*$input);
+    if ($1 == 0) {
+      PyErr_NoMemory();
+      SWIG_fail;
+    }
+  } else if ($1 != $input) {
+    *$1 = *$input;
   }
 }
 

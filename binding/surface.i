@@ -63,8 +63,21 @@ typedef int HRESULT;
 // The object of a method, field accessor or operator: None would make it null
 // and the entry would read or write through it, so a null one is refused
 // with the null reference error. A destructor takes None as deleting nothing.
+// A destructor deletes only what its wrapper owns: a view into a record or
+// an object the wrapper does not own is another's memory and is left alone.
+// The wrapper of a deleted object points at nothing afterwards, so later
+// calls through it are refused as on None.
 %typemap(in, noblock=1) SWIGTYPE *self (void *argp = 0, int res = 0) {
-  res = SWIG_ConvertPtr($input, &argp, $descriptor, $disown | %convertptr_flags);
+  res = SWIG_ConvertPtr($input, &argp, $descriptor, %convertptr_flags);
+  if (SWIG_IsOK(res) && argp && (($disown) & SWIG_POINTER_DISOWN)) {
+    SwigPyObject* pcgThis = SWIG_Python_GetSwigThis($input);
+    if (pcgThis == 0 || pcgThis->own != SWIG_POINTER_OWN) {
+      argp = 0;
+    } else {
+      res = SWIG_ConvertPtr($input, &argp, $descriptor, $disown | %convertptr_flags);
+      pcgThis->ptr = 0;
+    }
+  }
   if (!SWIG_IsOK(res)) {
     %argument_fail(res, "$type", $symname, $argnum);
   }

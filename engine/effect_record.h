@@ -13,15 +13,17 @@
 #include <cstring>
 #include <type_traits>
 
+#include "platform/fault_injection.h"
+
 namespace pcg {
 namespace engine {
 
 // ------------------------------------------------------------ shared heap
 
 // Zero-filled block from the heap that the agent frees from. Null when the
-// size is 0 or the heap is exhausted.
+// size is 0 or the heap is exhausted (or a test says it is).
 inline void* AllocEffectMemory(std::size_t size) {
-    return size == 0 ? nullptr : std::calloc(1, size);
+    return size == 0 || platform::AllocationFaultDue() ? nullptr : std::calloc(1, size);
 }
 
 inline void FreeEffectMemory(void* block) {

@@ -4,8 +4,12 @@
 #include <cstdio>
 #include <string>
 
+#include "events/callback_ring.h"
+#include "events/live_facades.h"
+#include "events/py_gil_unlock_scope.h"
 #include "facade/agent_registry.h"
 #include "facade/selection_buffers.h"
+#include "imaging/image_buffer.h"
 #include "runtime/dump_log.h"
 
 namespace {
@@ -33,7 +37,14 @@ PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL sta
       m_pImageRetouchMgr(nullptr),
       m_nSelectionWidth(0),
       m_nSelectionHeight(0),
+      m_callbackQueue(),
+      m_hCallbackDoneEvent(nullptr),
+      m_pCacheFrame(nullptr),
+      m_pCachePureFrame(nullptr),
+      m_pCacheFramePlaying(nullptr),
       m_bBrushOnMask(false) {
+    pcg::events::InitCallbackRing(&m_callbackQueue, pcg::events::kCallbackRingCapacity);
+    pcg::events::RegisterLiveFacade(this);
     DumpConfigure("PyClipGrade", nullptr, nullptr, logRootKey);
     DumpLog("PyClipGrade::PyClipGrade() enter\n");
 
@@ -54,6 +65,9 @@ PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL sta
     // The selection engine; a failure is logged by the loader and leaves
     // the smart selection without an object.
     m_ZenodorLoader.LoadZenodor();
+    if (startCallbackThread) {
+        m_fnStartCallbackThread();
+    }
 
     DumpLog("PyClipGrade::PyClipGrade() end\n");
 }
@@ -92,16 +106,49 @@ void PyClipGrade::m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent) {
 
 PyClipGrade::~PyClipGrade() {
     DumpLog("PyClipGrade::~PyClipGrade() enter\n");
-    m_ippFunctions.Unload();
-    m_fnFreeSelectionBuffers();
-    m_fnReleaseAgents();
-    m_fnReleaseImageEngine();
-    m_fnFreeImageRetouchLibrary();
-    m_fnFreeAgentLibraries();
-    if (pcg::platform::UnloadModule(m_hPassedAgentCode) == 1) {
-        m_hPassedAgentCode = nullptr;
+    // With the interpreter lock still held, so the callable's reference can drop.
+    SetCallback(nullptr);
+    {
+        // A callback thread inside the script function, or waiting for the
+        // interpreter lock, must be able to finish while this thread waits.
+        PyGilUnlockScope unlock;
+        if (m_dspAgent != nullptr) {
+            m_dspAgent->SetCallbackQueue(nullptr);
+        }
+        m_fnStopCallbackThread();
+        m_fnSettleUnreadEvents();
+        m_ippFunctions.Unload();
+        m_fnFreeSelectionBuffers();
+        m_fnReleaseAgents();
+        m_fnReleaseCacheFrames();
+        // The engine goes back through its manager's worker; its library
+        // stays loaded until the release is done.
+        m_fnReleaseImageEngine();
+        m_fnFreeImageRetouchLibrary();
+        m_fnFreeAgentLibraries();
+        if (pcg::platform::UnloadModule(m_hPassedAgentCode) == 1) {
+            m_hPassedAgentCode = nullptr;
+        }
+        DumpLog("PyClipGrade::~PyClipGrade() end\n");
     }
-    DumpLog("PyClipGrade::~PyClipGrade() end\n");
+    pcg::events::FreeCallbackRing(&m_callbackQueue);
+    pcg::events::ForgetFacade(this);
+}
+
+void PyClipGrade::m_fnSettleUnreadEvents() {
+    // Items nobody will read any more: their frames would be lost with the ring.
+    DspCallbackItem item{};
+    while (pcg::events::TakeCallbackItem(&m_callbackQueue, &item, 0) == pcg::platform::kWaitObject0) {
+        if (item.pFrame != nullptr) {
+            DumpLog("PyClipGrade::~PyClipGrade an unread event (command %d) lets its frame go", item.nCommand);
+            item.pFrame->Release();
+        }
+    }
+}
+
+bool PyClipGrade::SetPyCallback(PyObject* callback) {
+    SetCallback(callback == Py_None ? nullptr : callback);
+    return true;
 }
 
 void PyClipGrade::m_fnReleaseAgents() {

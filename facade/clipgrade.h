@@ -11,6 +11,9 @@
 #include "engine/buffer_allocator.h"
 #include "engine/engine_contract.h"
 #include "engine/image_retouch.h"
+#include "engine/dsp_callback_queue.h"
+#include "engine/engine_contract.h"
+#include "events/py_callback.h"
 #include "engine/records/record_types.h"
 #include "engine/selection_result.h"
 #include "imaging/image_buffer.h"
@@ -28,14 +31,14 @@ using UINT = std::uint32_t;
 using WCHAR = wchar_t;
 using HRESULT = std::int32_t;
 
-class PyClipGrade {
+class PyClipGrade : public PyCallbackWnd {
 public:
     // agent: an agent another facade made (its GetDspAgentPtr text on the
     // script side), or null to make "DspMain" here. createBufferAgent: make
     // "DspBuf" (and, later, ImageRetouch and the allocator) here.
     PyClipGrade(IVXHvnDspAgent* agent = nullptr, BOOL createBufferAgent = 1, BOOL startCallbackThread = 1,
                 WCHAR* imageRetouchDllPath = nullptr, WCHAR* logRootKey = nullptr);
-    virtual ~PyClipGrade();
+    ~PyClipGrade() override;
 
     PyClipGrade(const PyClipGrade&) = delete;
     PyClipGrade& operator=(const PyClipGrade&) = delete;
@@ -97,6 +100,35 @@ public:
     IImageBuffer* ResizeImageBuffer(IImageBuffer* pSrc, UINT nWidth, UINT nHeight);
     // The mask's rows and runs into the diagnostic log.
     void DumpIImageBuffer(IImageBuffer* pBuffer);
+    // Events (events/): the callable, cache frames and track results.
+    // None or null clears the callable; no type check. Always true.
+    bool SetPyCallback(PyObject* callback);
+
+    // Cache frames: each slot holds one reference of its own. A null frame
+    // changes nothing; a get adds a reference that goes to the caller.
+    void SetCacheFrame(IImageBuffer* frame);
+    IImageBuffer* GetCacheFrame();
+    void SetCachePureFrame(IImageBuffer* frame);
+    IImageBuffer* GetCachePureFrame();
+    void SetCacheFramePlaying(IImageBuffer* frame);
+    IImageBuffer* GetCacheFramePlaying();
+    void SetCacheFrameOnDspAgent(UINT videoID, LONGLONG llTime, BOOL bEnable);
+    void SetCacheFramePlayingOnDspAgent(BOOL enable, LONGLONG frameInterval);
+
+    // Track results, all through m_dspAgent.
+    void FlushQueue2DBUntilPos(int first, int second, int third, LONGLONG position);
+    void ClearTrackResultQueue();
+    PyObject* GetMaxTrackingID();
+    PyObject* getTrackResult(int trackingID, int videoID, int maskID, LONGLONG time);
+    PyObject* getLatestTrackResult(int videoID, int maskID, int trackingID);
+    PyObject* GetTrackHistoryStream();
+    // `size` bytes of `stream` go to the agent, not the string's length.
+    void SetTrackHistoryStream(char* stream, int size);
+    void DeleteTrackingKeyFrame(LONGLONG time);
+    void ClearCurTrackHistoryStream();
+    void copyTrackResultInDB(int first, int second, int third);
+    bool DeleteMotionTrackingMaskInfoRange(int first, int second, LONGLONG time);
+    bool DeleteMotionTrackingMaskInfoInterval(int first, int second, LONGLONG begin, LONGLONG end);
 
     IVXHvnDspAgent* m_dspAgent;
     IVXHvnDspAgent* m_dspBufAgent;
@@ -139,6 +171,16 @@ public:
     HRESULT m_fnMaskCorrection(PyObject* pPyoMaskCorrect, BufferData input, BufferData& output);
     // Rebuilds the live mask at the run's size from a boundary line list.
     HRESULT m_fnSetSelectionResultMaskData(PyObject* pPyoMaskLine, bool bMaskInvert);
+    // The ring of two items the main agent posts events into, and the named
+    // event the callback thread sets as its last act (null without a thread).
+    DspCallbackQueue m_callbackQueue;
+    pcg::platform::Event* m_hCallbackDoneEvent;
+
+    // Guards the three slots together; taken after the interpreter lock.
+    pcg::platform::CriticalSection m_cacheFrameLock;
+    IImageBuffer* m_pCacheFrame;
+    IImageBuffer* m_pCachePureFrame;
+    IImageBuffer* m_pCacheFramePlaying;
 
 private:
     void m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent);
@@ -164,6 +206,14 @@ private:
     void m_fnFreeSelectionBuffers();
 
     bool m_bBrushOnMask;
+    void m_fnStartCallbackThread();
+    // Stops every callback loop on this facade; the interpreter lock is not held.
+    void m_fnStopCallbackThread();
+    // Lets go of the frames of items nobody will read any more.
+    void m_fnSettleUnreadEvents();
+    void m_fnSetCacheSlot(IImageBuffer** slot, IImageBuffer* frame, const char* logLine);
+    IImageBuffer* m_fnGetCacheSlot(IImageBuffer* const* slot);
+    void m_fnReleaseCacheFrames();
 };
 
 // The marker that begins an agent's text, and its length: a text carries an

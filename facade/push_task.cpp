@@ -1,4 +1,5 @@
 #include "effects/converters.h"
+#include "effects/effect_snapshot.h"
 #include "effects/effect_version.h"
 #include "effects/task_map.h"
 #include "engine/result_codes.h"
@@ -22,14 +23,17 @@ HRESULT PyClipGrade::PushTask(UINT videoID, long taskID, PyObject* effect, bool 
         return pcg::kResultFail;
     }
 
+    // The converters read a copy: the values they convert run script code,
+    // which may change the script's own dictionaries and lists meanwhile.
+    pcg::effects::EffectSnapshot snapshot(effect);
     pcg::engine::EffectRecordHeader* record = nullptr;
-    const HRESULT dispatched = pcg::effects::DispatchEffectConverter(this, functionID, effect, record);
+    const HRESULT dispatched = pcg::effects::DispatchEffectConverter(this, functionID, snapshot.Effect(), record);
     if (dispatched < 0) {
         return dispatched;
     }
 
     if (record != nullptr) {
-        pcg::effects::m_fnSetEffectVerToEffect(static_cast<int32_t>(taskID), record, effect);
+        pcg::effects::m_fnSetEffectVerToEffect(static_cast<int32_t>(taskID), record, snapshot.Effect());
         // The agent may take its time; other script threads go on meanwhile.
         PyGilUnlockScope unlocked;
         agent->PushEffect(videoID, functionID, &record);

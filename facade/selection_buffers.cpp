@@ -12,6 +12,10 @@ BYTE* NewMaskArray(int64_t nWidth, int64_t nHeight) {
     if (nWidth < 0 || nHeight < 0) return nullptr;
     if (nHeight != 0 && nWidth > INT64_MAX / nHeight) return nullptr;
     const int64_t bytes = nWidth * nHeight;
+    // A mask past 2 GiB is no picture a selection comes from (run lists reach
+    // 32767 pixels each way); asked for by a script, it would take the host's
+    // memory, so it is refused like an allocation that fails.
+    if (bytes > kMaxMaskBytes) return nullptr;
     if (static_cast<uint64_t>(bytes) > SIZE_MAX) return nullptr;
     return new (std::nothrow) BYTE[static_cast<std::size_t>(bytes)]();
 }

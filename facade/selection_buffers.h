@@ -15,6 +15,7 @@ namespace facade {
 
 // width * height bytes, all 0, or null when the size is negative or the
 // memory cannot be had. A size of 0 gives a valid empty array.
+constexpr int64_t kMaxMaskBytes = int64_t(1) << 31;
 BYTE* NewMaskArray(int64_t nWidth, int64_t nHeight);
 void FreeMaskArray(BYTE* pBuffer);
 // A view over a new array of width x height with the stride equal to the

@@ -31,12 +31,17 @@ HRESULT PyClipGrade::UpdateVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSeco
     });
 }
 
+// Removing clips takes the agent's writer lock, which another script thread
+// may hold while it runs script code: the wait is made without the
+// interpreter lock, or that thread could never finish and let go.
 HRESULT PyClipGrade::RemoveVideo(UINT videoID) {
+    PyGilUnlockScope unlocked;
     return m_fnMirror("PyClipGrade::RemoveVideo Null Pointer : m_dspAgent\n",
                       [&](IVXHvnDspAgent* agent) { return agent->RemoveVideo(videoID); });
 }
 
 HRESULT PyClipGrade::RemoveAllVideo() {
+    PyGilUnlockScope unlocked;
     return m_fnMirror("PyClipGrade::RemoveAllVideo Null Pointer : m_dspAgent\n",
                       [](IVXHvnDspAgent* agent) { return agent->RemoveAllVideo(); });
 }
@@ -75,7 +80,10 @@ void PyClipGrade::DumpTask(bool useBufferAgent) {
     }
 }
 
+// The writer lock may be held by another script thread until it runs again:
+// the wait is made without the interpreter lock.
 void PyClipGrade::LockEffectDataWriter(bool useBufferAgent) {
+    PyGilUnlockScope unlocked;
     if (IVXHvnDspAgent* agent = m_fnSelectAgent(useBufferAgent)) {
         agent->LockEffectDataWriter();
     }

@@ -189,6 +189,65 @@ int32_t ShowStopMessage(const wchar_t* text, const wchar_t* caption);
 // Start gives false and a zero token, Stop does nothing.
 bool StartGdiplus(uintptr_t* token);
 void StopGdiplus(uintptr_t token);
+// ------------------------------------------------ ring synchronisation objects
+
+// The event ring that the render agent writes into holds its lock in place,
+// in the 40 bytes of a CRITICAL_SECTION, and its semaphores as handles, so a
+// closed agent can enter and release them itself. These work on that raw
+// storage: InitializeCriticalSection and friends on Windows; on POSIX a
+// recursive mutex built in the same bytes.
+constexpr std::size_t kRawLockBytes = 40;
+void RawLockInit(void* storage);
+void RawLockEnter(void* storage);
+void RawLockLeave(void* storage);
+void RawLockDelete(void* storage);
+
+using SemaphoreHandle = void*;
+// CreateSemaphoreW; null when refused (the counts of Semaphore's rules).
+SemaphoreHandle CreateSemaphoreHandle(int32_t initialCount, int32_t maximumCount);
+// WaitForSingleObject; kWaitFailed for a null handle.
+uint32_t WaitSemaphoreHandle(SemaphoreHandle semaphore, uint32_t timeoutMs = kInfinite);
+// ReleaseSemaphore; false, and no change, past the maximum or for a null handle.
+bool ReleaseSemaphoreHandle(SemaphoreHandle semaphore, int32_t count = 1);
+// CloseHandle; a null handle is ignored.
+void CloseSemaphoreHandle(SemaphoreHandle semaphore);
+
+// ---------------------------------------------------------- message window
+
+// A hidden top-level window that does no work. On Windows a real window of a
+// registered class; on POSIX an object with the same user-data slot, style
+// word and procedure, reached only through SendWindowMessage.
+using WindowHandle = void*;
+using WindowProcedure = intptr_t(PCG_WINAPI*)(WindowHandle window, uint32_t message, uintptr_t wParam,
+                                              intptr_t lParam);
+
+constexpr uint32_t kWindowClassBytes = 80;            // sizeof(WNDCLASSEXW)
+constexpr uint32_t kWindowClassStyle = 11;            // CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS
+constexpr uint32_t kNullBrush = 5;                    // GetStockObject(NULL_BRUSH)
+constexpr uint32_t kHiddenWindowStyle = 0x6000000;    // WS_CLIPSIBLINGS | WS_CLIPCHILDREN
+constexpr uint32_t kWindowCaption = 0xC00000;         // WS_CAPTION
+
+// RegisterClassExW with the class structure above (no extra bytes, no icon,
+// cursor or menu, the null brush). False when refused, for instance because
+// the class exists already.
+bool RegisterHiddenWindowClass(const wchar_t* className, WindowProcedure procedure);
+// CreateWindowExW(0, class, title, kHiddenWindowStyle, 0, 0, 10, 10, no
+// parent), then WS_CAPTION taken out of the style. Null on failure.
+WindowHandle CreateHiddenWindow(const wchar_t* className, const wchar_t* title);
+// GWLP_USERDATA; the setter answers the previous value.
+void* SetWindowUserData(WindowHandle window, void* data);
+void* GetWindowUserData(WindowHandle window);
+// GWL_STYLE as it stands.
+uint32_t GetWindowStyleBits(WindowHandle window);
+// The window's class name and title; empty for a null handle.
+std::wstring GetWindowClassName(WindowHandle window);
+std::wstring GetWindowTitle(WindowHandle window);
+// DefWindowProcW.
+intptr_t DefaultWindowProcedure(WindowHandle window, uint32_t message, uintptr_t wParam, intptr_t lParam);
+// SendMessageW: runs the window's procedure on this thread.
+intptr_t SendWindowMessage(WindowHandle window, uint32_t message, uintptr_t wParam, intptr_t lParam);
+// DestroyWindow; false for a null or already destroyed handle.
+bool DestroyHiddenWindow(WindowHandle window);
 
 // ----------------------------------------------------------- settings store
 

@@ -13,6 +13,7 @@ packages=(
   libopencv-imgproc-dev libopencv-calib3d-dev
   g++-mingw-w64-x86-64-posix wine64
   valgrind
+  clang-14 libclang-rt-14-dev
 )
 
 missing=()

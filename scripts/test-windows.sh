@@ -59,6 +59,9 @@ for clsid in "{58529D7C-751A-47A9-982D-1560342ECB14}" "{62ECF08B-8B33-4DDB-AF2E-
   "$wine64" reg add "HKLM\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /ve /d "$engine_dll" /f >/dev/null
   "$wine64" reg add "HKLM\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /v ThreadingModel /d Apartment /f >/dev/null
 done
+# Without a display Wine loads no window driver and CreateWindowExW fails; the
+# null driver gives real, never-shown windows (the facade's hidden window).
+"$wine64" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
 if [ -n "$wineserver" ]; then "$wineserver" -w; fi
 
 # One test at a time: all test processes share the prefix's registry, and

@@ -242,7 +242,8 @@ int32_t CropRotateMask(const BufferData& mask1, const CropRotateSetting& setting
             return pcg::kResultInvalidArg;
         }
         for (int i = 0; i < setting.nHeight; ++i) {
-            const int y = std::min(setting.nTop + i, H - 1);
+            // Summed wide: a corner near the integer limit must not wrap.
+            const int y = static_cast<int>(std::min<int64_t>(static_cast<int64_t>(setting.nTop) + i, H - 1));
             const uint8_t* pSrc = pIn + static_cast<int64_t>(y) * nStride;
             uint8_t* pOut = output.pBuffer + static_cast<int64_t>(i) * output.nStride;
             // Columns up to the source's last one are a copy; beyond it the

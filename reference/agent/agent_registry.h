@@ -19,6 +19,8 @@ enum class Counter {
     EntriesFreed,    // keyframe entries freed with them
     MasksHeld,       // mask objects the live agents hold
     StreamsOut,      // track history streams handed out and not given back
+    FramesLive,      // image buffers the agent made that are still alive
+    TrackEntriesOut, // track queue entries handed out since the last Reset
     Count
 };
 

@@ -38,6 +38,38 @@
 //     "entriesFreed"  keyframe entries freed with them
 //     "masksHeld"     mask objects the live agents hold
 //     "streamsOut"    track history streams handed out and not yet given back
+//     "framesLive"    image buffers the agent made (posted frames) still alive
+//     "trackEntriesOut" track queue entries handed out since the last Reset
+//                   (the module frees them with operator delete, out of the
+//                   agent's sight; leak checks prove that side)
+//
+// int32_t RefAgent_PostEvent(int32_t instance, int32_t command, int32_t value,
+//                            int64_t llValue, int32_t frameWidth, int32_t frameHeight)
+//   Queues one item {command, value, llValue, frame} for the agent numbered
+//   `instance` (0: the agent that last received a non-null SetCallbackQueue).
+//   Each agent's own producer thread writes its items into the ring it holds,
+//   in post order, by the ring protocol (wait free slots, lock, write, count,
+//   unlock, release filled slots). frameWidth > 0 gives the item a new
+//   frameWidth x frameHeight image buffer of 4-byte pixels, blue = llValue &
+//   0xFF, green = (llValue >> 8) & 0xFF, red = (llValue >> 16) & 0xFF, alpha
+//   255, with one reference for the consumer; otherwise the frame is null.
+//   0 when queued; -1 when there is no such agent or it holds no ring. Items
+//   not yet written when the ring is taken away (SetCallbackQueue(null)) or
+//   the agent ends are dropped and their frames released: nothing reaches a
+//   ring after the call that took it away has returned.
+//
+// int32_t RefAgent_WaitPosted(int32_t instance, int32_t timeoutMs)
+//   0 once every item posted to that agent is written into the ring (or
+//   dropped as above); -1 on timeout or for no such agent.
+//
+// int32_t RefAgent_SeedTrack(int32_t where, int32_t trackingID, int32_t videoID,
+//                            int32_t maskID, int64_t time, float x, float y,
+//                            const float* points, int32_t pointCount)
+//   Stores one track result, library wide: `where` 0 in the running track's
+//   queue, 1 in the database (-1 for another value). `points` holds
+//   3 * pointCount floats; pointCount -1 stores a queue result whose entry
+//   comes without a list. A result with the same four keys is replaced.
+//   RefAgent_Reset forgets every result.
 //
 // The journal: a JSON array, oldest call first, one object per call of the
 // agent interface: {"agent": name, "instance": n, "op": operation, "args":
@@ -97,9 +129,20 @@
 //   without a table, for another table shape, or for a null buffer.
 //   GetInterpolatedToneMapInfo appends four identity tables (65536 int32
 //   each, from the effect heap) for a registered clip, E_FAIL otherwise.
-//   Tracking. No track results are held yet: both queue and database
-//   lookups answer E_FAIL, GetMaxTrackingID writes 0, GetCurrentTrackingID
-//   answers 0, flushes and deletes answer S_OK. The track history stream is
+//   Tracking. Lookups answer from the seeded results (a miss is E_FAIL):
+//   QueryTrackResultInQueue by video, mask and time hands out a new entry
+//   (operator new) with a new list; QueryMotionTrackingMaskInfo fills the
+//   caller's list from the database by all four keys;
+//   QueryLatestMotionTrackingMaskInfo answers the database result of the
+//   three keys with the highest time, in a list that stays the agent's until
+//   its next such lookup. GetMaxTrackingID writes the highest tracking ID
+//   held (0 when none); GetCurrentTrackingID answers the one last seeded in
+//   the queue. FlushQueue2DBUntilPos(tracking, video, mask, pos) moves the
+//   queue results of those keys up to pos into the database;
+//   ClearTrackResultQueue empties the queue;
+//   DeleteMotionTrackingMaskInfoRange(video, mask, t) deletes database
+//   results from t on, ...Interval(video, mask, t0, t1) those within [t0, t1].
+//   CopyMTMaskInfoDB and DeleteTrackingKeyFrame only answer S_OK. The track history stream is
 //   kept as given; GetTrackHistoryStream hands out a malloc'd copy (null and
 //   size 0 when empty), FreeTrackHistoryStream frees it and nulls the pointer.
 //   Switches. SetFrameRate keeps a finite positive rate (S_OK), else
@@ -118,6 +161,11 @@ int32_t RefAgent_Journal(char* buffer, int32_t capacity);
 void RefAgent_Reset(void);
 void RefAgent_SetResult(const char* agentName, const char* op, double value);
 int64_t RefAgent_Counter(const char* name);
+int32_t RefAgent_PostEvent(int32_t instance, int32_t command, int32_t value, int64_t llValue, int32_t frameWidth,
+                           int32_t frameHeight);
+int32_t RefAgent_WaitPosted(int32_t instance, int32_t timeoutMs);
+int32_t RefAgent_SeedTrack(int32_t where, int32_t trackingID, int32_t videoID, int32_t maskID, int64_t time,
+                           float x, float y, const float* points, int32_t pointCount);
 }
 
 // Function types of the entries, for callers that look them up by name.
@@ -125,3 +173,7 @@ using RefAgentJournalFn = int32_t (*)(char* buffer, int32_t capacity);
 using RefAgentResetFn = void (*)();
 using RefAgentSetResultFn = void (*)(const char* agentName, const char* op, double value);
 using RefAgentCounterFn = int64_t (*)(const char* name);
+using RefAgentPostEventFn = int32_t (*)(int32_t, int32_t, int32_t, int64_t, int32_t, int32_t);
+using RefAgentWaitPostedFn = int32_t (*)(int32_t, int32_t);
+using RefAgentSeedTrackFn = int32_t (*)(int32_t, int32_t, int32_t, int32_t, int64_t, float, float, const float*,
+                                        int32_t);

@@ -8,6 +8,8 @@
 #include "engine/effect_layouts.h"
 #include "imaging/image_buffer.h"
 #include "reference/agent/agent_registry.h"
+#include "reference/agent/event_producer.h"
+#include "reference/agent/track_store.h"
 #include "reference/agent/frame_work.h"
 #include "reference/agent/mask_store.h"
 #include "reference/agent/record_json.h"
@@ -46,11 +48,15 @@ Json Args(T&&... values) {
 }  // namespace
 
 CRefDspAgent::CRefDspAgent(const char* name, int64_t instance)
-    : m_name(name ? name : ""), m_nInstance(instance) {
+    : m_name(name ? name : ""), m_nInstance(instance), m_pProducer(std::make_shared<EventProducer>(instance)) {
     AgentRegistry::Instance().Add(Counter::AgentsLive, 1);
+    RegisterProducer(m_nInstance, m_pProducer);
 }
 
 CRefDspAgent::~CRefDspAgent() {
+    UnregisterProducer(m_nInstance);
+    m_pProducer.reset();
+    FreeTrackPointList(m_pLatestList);
     AgentRegistry::Instance().Add(Counter::AgentsLive, -1);
 }
 
@@ -366,16 +372,33 @@ int32_t CRefDspAgent::GetInterpolatedToneMapInfo(uint32_t videoID, int64_t llTim
 }
 
 // --------------------------------------------------------------- tracking
-// The reference holds no track results yet: lookups fail, the queue and the
-// database are empty, and deletes and flushes have nothing to do.
+// Results come from the library's track store (RefAgent_SeedTrack): a miss
+// is E_FAIL. Queue entries and the lists of the queue and database lookups
+// are the caller's; the latest-result list stays the agent's until its next
+// such lookup or its end.
 
 int32_t CRefDspAgent::QueryTrackResultInQueue(uint32_t videoID, uint32_t maskID, int64_t llTime,
                                               TrackQueueEntry** ppEntry) {
     m_fnJournal("QueryTrackResultInQueue", Args(videoID, maskID, llTime));
-    if (ppEntry) {
-        *ppEntry = nullptr;
+    if (!ppEntry) {
+        return m_fnAnswer("QueryTrackResultInQueue", kResultPointer);
     }
-    return m_fnAnswer("QueryTrackResultInQueue", ppEntry ? kResultFail : kResultPointer);
+    *ppEntry = nullptr;
+    TrackResult found;
+    if (!TrackStore::Instance().FindInQueue(static_cast<int32_t>(videoID), static_cast<int32_t>(maskID), llTime,
+                                            &found)) {
+        return m_fnAnswer("QueryTrackResultInQueue", kResultFail);
+    }
+    auto* entry = new TrackQueueEntry{};
+    entry->position[0] = found.position[0];
+    entry->position[1] = found.position[1];
+    if (!found.bNoList) {
+        entry->pList = new TrackPointList{};
+        FillTrackPointList(found, entry->pList);
+    }
+    *ppEntry = entry;
+    AgentRegistry::Instance().Add(Counter::TrackEntriesOut, 1);
+    return m_fnAnswer("QueryTrackResultInQueue", kResultOk);
 }
 
 int32_t CRefDspAgent::CopyMTMaskInfoDB(int32_t nFirst, int32_t nSecond, int32_t nThird) {
@@ -385,11 +408,13 @@ int32_t CRefDspAgent::CopyMTMaskInfoDB(int32_t nFirst, int32_t nSecond, int32_t 
 
 int32_t CRefDspAgent::FlushQueue2DBUntilPos(int32_t nFirst, int32_t nSecond, int32_t nThird, int64_t llPos) {
     m_fnJournal("FlushQueue2DBUntilPos", Args(nFirst, nSecond, nThird, llPos));
+    TrackStore::Instance().Flush(nFirst, nSecond, nThird, llPos);
     return m_fnAnswer("FlushQueue2DBUntilPos", kResultOk);
 }
 
 int32_t CRefDspAgent::ClearTrackResultQueue() {
     m_fnJournal("ClearTrackResultQueue", Args());
+    TrackStore::Instance().ClearQueue();
     return m_fnAnswer("ClearTrackResultQueue", kResultOk);
 }
 
@@ -398,31 +423,63 @@ int32_t CRefDspAgent::GetMaxTrackingID(int32_t* pnTrackingID) {
     if (!pnTrackingID) {
         return m_fnAnswer("GetMaxTrackingID", kResultPointer);
     }
-    *pnTrackingID = 0;
+    *pnTrackingID = TrackStore::Instance().MaxTrackingID();
     return m_fnAnswer("GetMaxTrackingID", kResultOk);
 }
 
 int32_t CRefDspAgent::QueryMotionTrackingMaskInfo(int32_t trackingID, int32_t videoID, int32_t maskID,
                                                   TrackPointList** ppList, int64_t llTime, float* pPosition) {
     m_fnJournal("QueryMotionTrackingMaskInfo", Args(trackingID, videoID, maskID, llTime));
-    return m_fnAnswer("QueryMotionTrackingMaskInfo", kResultFail);
+    if (!ppList || !pPosition) {
+        return m_fnAnswer("QueryMotionTrackingMaskInfo", kResultPointer);
+    }
+    TrackResult found;
+    if (!TrackStore::Instance().FindInDatabase(trackingID, videoID, maskID, llTime, &found)) {
+        return m_fnAnswer("QueryMotionTrackingMaskInfo", kResultFail);
+    }
+    // The caller's list is filled; without one, a new list is the caller's.
+    if (*ppList == nullptr) {
+        *ppList = new TrackPointList{};
+    }
+    FillTrackPointList(found, *ppList);
+    pPosition[0] = found.position[0];
+    pPosition[1] = found.position[1];
+    return m_fnAnswer("QueryMotionTrackingMaskInfo", kResultOk);
 }
 
 int32_t CRefDspAgent::QueryLatestMotionTrackingMaskInfo(int32_t videoID, int32_t maskID, int32_t trackingID,
                                                         TrackPointList** ppList, int64_t* pllTime,
                                                         float* pPosition) {
     m_fnJournal("QueryLatestMotionTrackingMaskInfo", Args(videoID, maskID, trackingID));
-    return m_fnAnswer("QueryLatestMotionTrackingMaskInfo", kResultFail);
+    if (!ppList || !pllTime || !pPosition) {
+        return m_fnAnswer("QueryLatestMotionTrackingMaskInfo", kResultPointer);
+    }
+    TrackResult found;
+    if (!TrackStore::Instance().FindLatest(videoID, maskID, trackingID, &found)) {
+        return m_fnAnswer("QueryLatestMotionTrackingMaskInfo", kResultFail);
+    }
+    std::lock_guard<std::mutex> guard(m_stateLock);
+    if (m_pLatestList == nullptr) {
+        m_pLatestList = new TrackPointList{};
+    }
+    FillTrackPointList(found, m_pLatestList);
+    *ppList = m_pLatestList;
+    *pllTime = found.llTime;
+    pPosition[0] = found.position[0];
+    pPosition[1] = found.position[1];
+    return m_fnAnswer("QueryLatestMotionTrackingMaskInfo", kResultOk);
 }
 
 int32_t CRefDspAgent::DeleteMotionTrackingMaskInfoRange(int32_t nFirst, int32_t nSecond, int64_t llTime) {
     m_fnJournal("DeleteMotionTrackingMaskInfoRange", Args(nFirst, nSecond, llTime));
+    TrackStore::Instance().DeleteFrom(nFirst, nSecond, llTime);
     return m_fnAnswer("DeleteMotionTrackingMaskInfoRange", kResultOk);
 }
 
 int32_t CRefDspAgent::DeleteMotionTrackingMaskInfoInterval(int32_t nFirst, int32_t nSecond, int64_t llBegin,
                                                            int64_t llEnd) {
     m_fnJournal("DeleteMotionTrackingMaskInfoInterval", Args(nFirst, nSecond, llBegin, llEnd));
+    TrackStore::Instance().DeleteWithin(nFirst, nSecond, llBegin, llEnd);
     return m_fnAnswer("DeleteMotionTrackingMaskInfoInterval", kResultOk);
 }
 
@@ -507,12 +564,17 @@ int32_t CRefDspAgent::SetCallbackQueue(DspCallbackQueue* pQueue) {
         std::lock_guard<std::mutex> guard(m_stateLock);
         m_pCallbackQueue = pQueue;
     }
+    // Returns only when no write into the previous ring is under way.
+    m_pProducer->SetRing(pQueue);
+    if (pQueue != nullptr) {
+        NoteRingHolder(m_nInstance);
+    }
     return m_fnAnswer("SetCallbackQueue", kResultOk);
 }
 
 int32_t CRefDspAgent::GetCurrentTrackingID() {
     m_fnJournal("GetCurrentTrackingID", Args());
-    return m_fnAnswer("GetCurrentTrackingID", 0);
+    return m_fnAnswer("GetCurrentTrackingID", TrackStore::Instance().CurrentTrackingID());
 }
 
 bool CRefDspAgent::SetDBMgr(CDBAccessThreadMgr* pThreadMgr, IVXTinyDB* pTinyDB) {

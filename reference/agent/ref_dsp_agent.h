@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "engine/engine_contract.h"
 #include "engine/track_results.h"
 #include "reference/agent/clip_store.h"
+#include "reference/agent/event_producer.h"
 #include "reference/agent/journal_json.h"
 #include "reference/agent/writer_lock.h"
 
@@ -100,6 +102,8 @@ private:
     const std::string m_name;
     const int64_t m_nInstance;
     std::atomic<uint32_t> m_nRefCount{1};
+    // Writes posted events into the ring held; stopped before the agent goes.
+    std::shared_ptr<EventProducer> m_pProducer;
     WriterLock m_writerLock;
     ClipStore m_clips;
 
@@ -118,6 +122,7 @@ private:
     IVXTinyDB* m_pTinyDB = nullptr;
     ImageRetouchMgr* m_pImageRetouchMgr = nullptr;
     std::vector<char> m_trackHistory;
+    TrackPointList* m_pLatestList = nullptr;   // handed out by the latest-result lookup, still ours
     HistogramDist m_lastHistogram;
 };
 

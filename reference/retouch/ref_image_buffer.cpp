@@ -8,10 +8,16 @@
 namespace pcg {
 namespace refretouch {
 
+namespace {
+// The allocator's largest buffer, 4 GiB: a 16-bit 16K x 16K frame fits, and
+// a script's absurd size is refused before it takes the host's memory.
+constexpr uint64_t kMaxBufferBytes = uint64_t{1} << 32;
+}  // namespace
+
 CRefImageBuffer* CRefImageBuffer::Create(uint32_t width, uint32_t height, int pixelBytes) {
     const uint64_t bytes = static_cast<uint64_t>(width) * height * static_cast<uint64_t>(pixelBytes);
     if (width > static_cast<uint32_t>(std::numeric_limits<int>::max()) ||
-        height > static_cast<uint32_t>(std::numeric_limits<int>::max()) || bytes > (uint64_t{1} << 34)) {
+        height > static_cast<uint32_t>(std::numeric_limits<int>::max()) || bytes > kMaxBufferBytes) {
         return nullptr;
     }
     try {

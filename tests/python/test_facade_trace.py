@@ -41,8 +41,11 @@ def test_construction_and_teardown_lines(trace_on, shadow, capfd):
                  "libiomp5md=%s/Kernel/ImageRetouch/libiomp5md.dll" % (HOST, HOST),
         PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspMain",
         PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspBuf",
+        PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspCallbackThread",
         PREFIX + "PyClipGrade::PyClipGrade() end",
         PREFIX + "PyClipGrade::~PyClipGrade() enter",
+        PREFIX + "PyClipGrade::~PyClipGrade Try to terminate CB thread",
+        PREFIX + "PyClipGrade::~PyClipGrade Finish terminate CB thread",
     ] + send_lines(2) + MANAGER_GOES + [
         PREFIX + "PyClipGrade::~PyClipGrade() end",
     ]
@@ -55,7 +58,8 @@ def test_passed_agent_is_logged_and_no_library_loaded(trace_on, shadow, capfd):
     out = lines(capfd.readouterr().err)
     assert out[0] == PREFIX + "PyClipGrade::PyClipGrade() enter"
     assert out[1].startswith(PREFIX + "[PyClipGrade constructor] Get VXHvnDspAgent addr=0x")
-    assert out[2:] == STARTUP + [PREFIX + "PyClipGrade::PyClipGrade() end"]
+    assert out[2:] == STARTUP + [PREFIX + "PyClipGrade::PyClipGrade PyClipGrade Initial DspCallbackThread",
+                                 PREFIX + "PyClipGrade::PyClipGrade() end"]
 
 
 def test_push_task_lines(trace_on, shadow, capfd):

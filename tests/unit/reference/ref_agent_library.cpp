@@ -21,10 +21,15 @@ RefAgentLibrary::RefAgentLibrary() {
     m_fnSetResult = reinterpret_cast<void (*)(const char*, const char*, double)>(
         pcg::platform::FindSymbol(m_pModule, "RefAgent_SetResult"));
     m_fnCounter = reinterpret_cast<int64_t (*)(const char*)>(pcg::platform::FindSymbol(m_pModule, "RefAgent_Counter"));
+    m_fnPostEvent = reinterpret_cast<decltype(m_fnPostEvent)>(pcg::platform::FindSymbol(m_pModule, "RefAgent_PostEvent"));
+    m_fnWaitPosted =
+        reinterpret_cast<decltype(m_fnWaitPosted)>(pcg::platform::FindSymbol(m_pModule, "RefAgent_WaitPosted"));
+    m_fnSeedTrack = reinterpret_cast<decltype(m_fnSeedTrack)>(pcg::platform::FindSymbol(m_pModule, "RefAgent_SeedTrack"));
 }
 
 bool RefAgentLibrary::Loaded() const {
-    return m_fnCreate && m_fnJournal && m_fnReset && m_fnSetResult && m_fnCounter;
+    return m_fnCreate && m_fnJournal && m_fnReset && m_fnSetResult && m_fnCounter && m_fnPostEvent &&
+           m_fnWaitPosted && m_fnSeedTrack;
 }
 
 IVXHvnDspAgent* RefAgentLibrary::Create(const char* name) {
@@ -86,6 +91,20 @@ pcg::engine::EffectRecordHeader* MakeClarityRecord(const std::vector<std::pair<i
         pcg::engine::AppendKeyframe<int32_t>(record->clarity, key.first, key.second);
     }
     return &record->header;
+}
+
+int32_t RefAgentLibrary::PostEvent(int32_t instance, int32_t command, int32_t value, int64_t llValue,
+                                   int32_t frameWidth, int32_t frameHeight) {
+    return m_fnPostEvent(instance, command, value, llValue, frameWidth, frameHeight);
+}
+
+int32_t RefAgentLibrary::WaitPosted(int32_t instance, int32_t timeoutMs) {
+    return m_fnWaitPosted(instance, timeoutMs);
+}
+
+int32_t RefAgentLibrary::SeedTrack(int32_t where, int32_t trackingID, int32_t videoID, int32_t maskID,
+                                   int64_t time, float x, float y, const float* points, int32_t pointCount) {
+    return m_fnSeedTrack(where, trackingID, videoID, maskID, time, x, y, points, pointCount);
 }
 
 }  // namespace reftest

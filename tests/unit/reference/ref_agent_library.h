@@ -31,6 +31,11 @@ public:
     void Reset();
     void SetResult(const char* agentName, const char* op, double value);
     int64_t Counter(const char* name);
+    int32_t PostEvent(int32_t instance, int32_t command, int32_t value, int64_t llValue, int32_t frameWidth,
+                      int32_t frameHeight);
+    int32_t WaitPosted(int32_t instance, int32_t timeoutMs);
+    int32_t SeedTrack(int32_t where, int32_t trackingID, int32_t videoID, int32_t maskID, int64_t time, float x,
+                      float y, const float* points, int32_t pointCount);
 
 private:
     RefAgentLibrary();
@@ -40,6 +45,10 @@ private:
     void (*m_fnReset)() = nullptr;
     void (*m_fnSetResult)(const char*, const char*, double) = nullptr;
     int64_t (*m_fnCounter)(const char*) = nullptr;
+    int32_t (*m_fnPostEvent)(int32_t, int32_t, int32_t, int64_t, int32_t, int32_t) = nullptr;
+    int32_t (*m_fnWaitPosted)(int32_t, int32_t) = nullptr;
+    int32_t (*m_fnSeedTrack)(int32_t, int32_t, int32_t, int32_t, int64_t, float, float, const float*,
+                             int32_t) = nullptr;
 };
 
 // Every test starts with an empty journal and no injected results.

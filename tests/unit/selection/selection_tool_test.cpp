@@ -260,6 +260,16 @@ TEST(CropRotate, SmallAngleCropsAndClampsTheUpperSide) {
     EXPECT_EQ(out.bytes, std::vector<uint8_t>({5, 6, 6, 5, 6, 6}));
 }
 
+TEST(CropRotate, TopCornerAtTheIntegerLimitRepeatsTheLastRow) {
+    CSelectionTool tool;
+    TestMask src(3, 2);
+    src.bytes = {1, 2, 3, 4, 5, 6};
+    TestMask out(2, 3);
+    CropRotateSetting s = Crop(0.0f, 1, 2147483647, 2, 3);
+    ASSERT_EQ(tool.SelectionMaskOperation(src.View(), src.View(), MASK_CROPROTATE, &s, out.View()), 0);
+    EXPECT_EQ(out.bytes, std::vector<uint8_t>({5, 6, 5, 6, 5, 6}));
+}
+
 TEST(CropRotate, PointZeroSixDegreesRotates) {
     // 0.05 degrees is below the 0.001 radian threshold, 0.06 is above: only
     // the rotation interpolates, so a step edge turns grey there.

@@ -1,0 +1,76 @@
+#include "platform/fault_injection.h"
+
+#include <atomic>
+#include <cwchar>
+#include <string>
+
+#include "platform/platform.h"
+
+namespace pcg {
+namespace platform {
+namespace {
+
+std::atomic<bool> g_bArmed(false);
+std::atomic<bool> g_bEnvironmentRead(false);
+std::atomic<uint64_t> g_nChecks(0);
+std::atomic<uint64_t> g_nFirst(0);
+std::atomic<uint64_t> g_nLast(0);  // 0: no end
+
+void Arm(uint64_t first, uint64_t count) {
+    g_bArmed = false;
+    g_nChecks = 0;
+    g_nFirst = first;
+    g_nLast = count == 0 ? 0 : first + count - 1;
+    g_bArmed = first != 0;
+}
+
+void ReadEnvironmentOnce() {
+    bool expected = false;
+    if (!g_bEnvironmentRead.compare_exchange_strong(expected, true)) {
+        return;
+    }
+    std::wstring text;
+    if (!ReadEnvironmentVariable(L"PYCLIPGRADE_FAIL_ALLOCATION", &text) || text.empty()) {
+        return;
+    }
+    wchar_t* end = nullptr;
+    const unsigned long long first = std::wcstoull(text.c_str(), &end, 10);
+    unsigned long long count = 0;
+    if (end != nullptr && *end == L':') {
+        count = std::wcstoull(end + 1, nullptr, 10);
+    }
+    Arm(first, count);
+}
+
+}  // namespace
+
+bool AllocationFaultDue() {
+    if (!g_bEnvironmentRead.load(std::memory_order_relaxed)) {
+        ReadEnvironmentOnce();
+    }
+    if (!g_bArmed.load(std::memory_order_relaxed)) {
+        return false;
+    }
+    const uint64_t check = ++g_nChecks;
+    const uint64_t last = g_nLast;
+    return check >= g_nFirst && (last == 0 || check <= last);
+}
+
+void FailAllocations(uint32_t first, uint32_t count) {
+    g_bEnvironmentRead = true;
+    Arm(first, count);
+}
+
+}  // namespace platform
+}  // namespace pcg
+
+// The module's entry for tests that load it with ctypes (Python tests run on
+// POSIX only; on Windows the entry stays internal to each library).
+#if defined(_WIN32)
+#define PCG_TESTING_ENTRY extern "C"
+#else
+#define PCG_TESTING_ENTRY extern "C" __attribute__((visibility("default")))
+#endif
+PCG_TESTING_ENTRY void PcgTesting_FailAllocations(uint32_t first, uint32_t count) {
+    pcg::platform::FailAllocations(first, count);
+}

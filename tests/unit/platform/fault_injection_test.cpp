@@ -1,0 +1,54 @@
+#include "platform/fault_injection.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/effect_record.h"
+
+namespace {
+
+using pcg::platform::AllocationFaultDue;
+using pcg::platform::FailAllocations;
+
+class FaultInjection : public ::testing::Test {
+protected:
+    void TearDown() override { FailAllocations(0, 0); }
+};
+
+TEST_F(FaultInjection, OffByDefaultNothingFails) {
+    FailAllocations(0, 0);
+    for (int i = 0; i < 5; ++i) EXPECT_FALSE(AllocationFaultDue());
+}
+
+TEST_F(FaultInjection, OnlyTheNamedChecksFail) {
+    FailAllocations(2, 2);
+    EXPECT_FALSE(AllocationFaultDue());
+    EXPECT_TRUE(AllocationFaultDue());
+    EXPECT_TRUE(AllocationFaultDue());
+    EXPECT_FALSE(AllocationFaultDue());
+    EXPECT_FALSE(AllocationFaultDue());
+}
+
+TEST_F(FaultInjection, CountZeroFailsEveryLaterCheck) {
+    FailAllocations(3, 0);
+    EXPECT_FALSE(AllocationFaultDue());
+    EXPECT_FALSE(AllocationFaultDue());
+    for (int i = 0; i < 10; ++i) EXPECT_TRUE(AllocationFaultDue());
+}
+
+TEST_F(FaultInjection, TurningOnAgainCountsFromOne) {
+    FailAllocations(1, 1);
+    EXPECT_TRUE(AllocationFaultDue());
+    FailAllocations(1, 1);
+    EXPECT_TRUE(AllocationFaultDue());
+    EXPECT_FALSE(AllocationFaultDue());
+}
+
+TEST_F(FaultInjection, EffectHeapAllocationFailsWhenDue) {
+    FailAllocations(1, 1);
+    EXPECT_EQ(pcg::engine::AllocEffectMemory(16), nullptr);
+    void* block = pcg::engine::AllocEffectMemory(16);
+    EXPECT_NE(block, nullptr);
+    pcg::engine::FreeEffectMemory(block);
+}
+
+}  // namespace
