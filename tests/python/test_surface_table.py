@@ -14,16 +14,7 @@ import vocabulary_tables
 ROWS = [tuple(r) for r in vocabulary_tables._rows("entries.tsv")]
 ENTRIES = OrderedDict((r[0], r[1]) for r in ROWS)
 
-# The query and buffer members of the facade come with their own work, on
-# another branch; until it lands here their entries are absent and are
-# reported as such rather than failed.
-ARRIVING_WITH_QUERIES = {
-    "PyClipGrade_" + name for name in (
-        "ApplyEffectOnBuffer SetLUT ClearLUT ApplyLUTOnBuffer Query_WBDropInfo "
-        "Run_Query_TATMapInfoTask Query_TATMapInfo Query_ToneTATMapInfo Query_ToneMapInfo "
-        "Query_ToneMapInfoForEngine Query_InterpolatedToneMapInfo GetHistogramInfo "
-        "GetToneCurveHistogramInfo").split()
-}
+ARRIVING_WITH_QUERIES = {"PyClipGrade_" + name for name in vocabulary_tables.ARRIVING_FACADE_METHODS}
 
 # The records a script can make, which the probes of a later argument need.
 MAKERS = {r[2] for r in ROWS if r[1] == "new"}
