@@ -113,3 +113,71 @@ def test_missing_entries_are_only_the_query_and_buffer_members(module):
     """Which entries this build lacks, by name: only members still arriving."""
     missing = sorted(n for n in ENTRIES if not hasattr(module, n))
     assert set(missing) <= ARRIVING_WITH_QUERIES
+
+
+# Values each declared type refuses beyond a text, and the error each raises:
+# a value that does not fit fails as a wrong type would, a negative one for
+# an unsigned type overflows, and floats are not integers.
+OUT_OF_RANGE = {
+    "int": [(2 ** 31, TypeError), (-2 ** 31 - 1, TypeError), (1.5, TypeError)],
+    "INT": [(2 ** 31, TypeError), (1.5, TypeError)],
+    "long": [(2 ** 31, TypeError), (-2 ** 31 - 1, TypeError), (1.5, TypeError)],
+    "BOOL": [(2 ** 31, TypeError), (1.5, TypeError)],
+    "UINT": [(-1, OverflowError), (2 ** 32, TypeError), (1.5, TypeError)],
+    "unsigned int": [(-1, OverflowError), (2 ** 32, TypeError)],
+    "LONGLONG": [(2 ** 63, TypeError), (-2 ** 63 - 1, TypeError), (1.5, TypeError)],
+    "BYTE": [(-1, OverflowError), (256, TypeError)],
+    "short": [(2 ** 15, TypeError), (-2 ** 15 - 1, TypeError)],
+    "WORD": [(-1, OverflowError), (2 ** 16, TypeError)],
+    "double": [(None, TypeError), ("1.5", TypeError)],
+    "bool": [(1.5, TypeError), (None, TypeError)],
+    "IImageBuffer *": [("PointD", TypeError)],
+    "CDBAccessThreadMgr *": [("PointD", TypeError)],
+    "IVXTinyDB *": [("PointD", TypeError)],
+    # A record taken by value or by reference has no null: None is refused
+    # as a null reference.
+    "ToneCurveRGBSetting": [("PointD", TypeError), (None, ValueError)],
+    "PixelInfo &": [("PointD", TypeError), (None, ValueError)],
+}
+
+
+def _range_rows():
+    out = []
+    for row in ROWS:
+        entry, kind, owner, arguments, position, error, text = row
+        if error != "TypeError" or position in ("0", "1") or kind not in ("method", "set"):
+            continue
+        declared = arguments.split(";")[int(position) - 1]
+        for value, raised in OUT_OF_RANGE.get(declared, []):
+            out.append((row, value, raised))
+    return out
+
+
+RANGE_ROWS = _range_rows()
+
+
+@pytest.mark.parametrize("row,value,raised", RANGE_ROWS,
+                         ids=["%s@%s=%r" % (r[0][0], r[0][4], r[1]) for r in RANGE_ROWS])
+def test_entry_refuses_a_value_out_of_its_range(module, facade, row, value, raised):
+    entry, kind, owner, arguments, position, error, text = row
+    function = getattr(module, entry, None)
+    if function is None and entry in ARRIVING_WITH_QUERIES:
+        pytest.skip("%s arrives with the query and buffer members" % entry)
+    if value == "PointD":
+        # A wrapped pointer of another class.
+        value = module.new_PointD()
+    declared = arguments.split(";")
+    args = [_object_of(module, facade, owner)]
+    for index, typ in enumerate(declared[1:], start=2):
+        args.append(value if index == int(position) else _filler(typ))
+    with pytest.raises(raised) as caught:
+        function(*args)
+    assert type(caught.value) is raised
+    assert str(caught.value) == ("invalid null reference " + text if raised is ValueError else text)
+
+
+def test_every_declared_type_of_an_argument_has_its_range_probed():
+    probed = {r[0][3].split(";")[int(r[0][4]) - 1] for r in RANGE_ROWS if r[0][1] == "method"}
+    declared = {r[3].split(";")[int(r[4]) - 1] for r in ROWS if r[1] == "method" and r[5] == "TypeError"
+                and r[4] not in ("0", "1")}
+    assert sorted(declared - probed) == ["char *"]
