@@ -6,7 +6,8 @@ Usage: extract_surface.py DOCUMENT.md [OUTPUT_DIR]
 Reads the Markdown document that describes the module surface (the same one
 extract_vocabulary.py reads) and writes OUTPUT_DIR/entries.tsv (default
 tests/data/vocabulary): one line per way each named entry of the function
-table refuses a wrong argument.
+table refuses a wrong argument; and results.tsv: what each facade method
+gives back and whether the script owns it.
 
   entry      the name in the module's function table
   kind       get, set, new, delete, register, method, operator, function
@@ -193,6 +194,15 @@ def main(argv):
             # reference count's operations change it.
             this = cls + (" *" if op in ("AddRef", "Release") else " const *")
             row(entry, "operator", cls, [this], 1, "TypeError", type_error_text(entry, 1, this))
+
+    # What each facade method gives back, and whether the script owns it.
+    with open(os.path.join(outdir, "results.tsv"), "w") as f:
+        f.write("# method\tresult\towned\n")
+        for header, cells, _ in vocabulary.table_rows(body):
+            if header[:3] == ["Method", "Arguments", "Result"]:
+                result = cells[2]
+                f.write("%s\t%s\t%d\n" % (vocabulary.unquote_name(cells[0]), result.replace("`", ""),
+                                          0 if "not owned" in result else 1))
 
     with open(os.path.join(outdir, "entries.tsv"), "w") as f:
         f.write("# entry\tkind\towner\targuments\tposition\terror\ttext\n")
