@@ -184,6 +184,7 @@ def test_construction_and_teardown_order(trace_on, shadow, host, capfd, form, ar
     # when a selection begins.
     picture = selection_support.picture_buffer(4, 4, bytes(64))
     began = facade.Selection_Initialize(picture, [])
+    selection_support.buffers.Release(picture)
     built_trace = trace(capfd.readouterr().err)
     agents.reset()
     engine.reset()
