@@ -113,3 +113,14 @@ def test_help_shows_every_method_with_its_line(shadow):
         if method is None or name == "__init__":
             continue
         assert method.__doc__ in text, name
+
+
+def test_the_stub_is_what_its_script_writes_from_the_tables(tmp_path):
+    import subprocess
+    import sys
+    written = tmp_path / "PyClipGrade.pyi"
+    done = subprocess.run([sys.executable, os.path.join(REPO, "scripts", "make_stub.py"), str(written)],
+                          capture_output=True, text=True, timeout=60)
+    assert done.returncode == 0, done.stderr
+    with open(STUB) as f:
+        assert written.read_text() == f.read()
