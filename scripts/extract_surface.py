@@ -200,7 +200,8 @@ def main(argv):
         f.write("# method\tresult\towned\n")
         for header, cells, _ in vocabulary.table_rows(body):
             if header[:3] == ["Method", "Arguments", "Result"]:
-                result = cells[2]
+                # Cross-references between the document's sections mean nothing here.
+                result = re.sub(r", the table of [A-Z][a-z]+ [0-9.]+$", ", the tone curve table", cells[2])
                 f.write("%s\t%s\t%d\n" % (vocabulary.unquote_name(cells[0]), result.replace("`", ""),
                                           0 if "not owned" in result else 1))
 
