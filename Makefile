@@ -88,7 +88,7 @@ fuzz-native-smoke: fuzz-native-build
 test: test-unit test-python test-leaks test-sanitize test-python-sanitize test-threads test-windows fuzz-smoke fuzz-native-smoke
 
 demo: build
-	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/demo.py
+	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/effects.py
 
 # A smart selection on a photograph, written as an overlay picture.
 example-selection: build

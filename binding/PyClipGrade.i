@@ -13,4 +13,5 @@
 %include "binding/views.i"
 %include "binding/records.i"
 %include "binding/events.i"
+%include "binding/docstrings.i"
 %include "binding/facade.i"

@@ -4,6 +4,7 @@
 %{
 #include "facade/agent_registry.h"
 #include "facade/clipgrade.h"
+#include <new>
 
 // An agent's text: at least one character after the marker.
 static bool pcg_IsAgentText(PyObject* o) {
@@ -67,6 +68,18 @@ static IVXHvnDspAgent* pcg_AgentFromText(PyObject* o, bool* failed) {
 }
 %typemap(freearg) WCHAR * {
     pcg_FreeWide(pcgWide$argnum);
+}
+
+// Memory running out while a facade's members are built unwinds what was
+// built; the script sees MemoryError rather than an exception crossing into
+// the interpreter.
+%exception PyClipGrade::PyClipGrade {
+  try {
+    $action
+  } catch (const std::bad_alloc&) {
+    PyErr_SetString(PyExc_MemoryError, "PyClipGrade: out of memory while the facade was being built");
+    SWIG_fail;
+  }
 }
 
 class IVXHvnDspAgent;

@@ -8,6 +8,7 @@
 #include "events/live_facades.h"
 #include "events/py_gil_unlock_scope.h"
 #include "facade/agent_registry.h"
+#include "facade/construction_probe.h"
 #include "facade/selection_buffers.h"
 #include "imaging/image_buffer.h"
 #include "runtime/dump_log.h"
@@ -21,28 +22,31 @@ const wchar_t kIompRelativePath[] = L"Kernel\\ImageRetouch\\libiomp5md.dll";
 
 }  // namespace
 
+void (*pcg::facade::g_pfnMembersBuilt)() = nullptr;
+
 PyClipGrade::PyClipGrade(IVXHvnDspAgent* agent, BOOL createBufferAgent, BOOL startCallbackThread,
                          WCHAR* imageRetouchDllPath, WCHAR* logRootKey)
     : m_dspAgent(nullptr),
       m_dspBufAgent(nullptr),
       m_hDspAgentDll(nullptr),
       m_hIompDll(nullptr),
-      m_hPassedAgentCode(nullptr),
+      m_callbackQueue(),
+      m_hCallbackDoneEvent(nullptr),
       m_pImageRetouch(nullptr),
       m_pBufferAllocator(nullptr),
       m_pixelFormat(0),
       m_pixelBytes(0),
       m_highDepth(0),
       m_hImageRetouchDll(nullptr),
-      m_pImageRetouchMgr(nullptr),
-      m_nSelectionWidth(0),
-      m_nSelectionHeight(0),
-      m_callbackQueue(),
-      m_hCallbackDoneEvent(nullptr),
       m_pCacheFrame(nullptr),
       m_pCachePureFrame(nullptr),
       m_pCacheFramePlaying(nullptr),
+      m_pImageRetouchMgr(nullptr),
+      m_hPassedAgentCode(nullptr),
+      m_nSelectionWidth(0),
+      m_nSelectionHeight(0),
       m_bBrushOnMask(false) {
+    if (pcg::facade::g_pfnMembersBuilt != nullptr) pcg::facade::g_pfnMembersBuilt();
     pcg::events::InitCallbackRing(&m_callbackQueue, pcg::events::kCallbackRingCapacity);
     pcg::events::RegisterLiveFacade(this);
     DumpConfigure("PyClipGrade", nullptr, nullptr, logRootKey);

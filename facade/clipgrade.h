@@ -130,14 +130,15 @@ public:
     bool DeleteMotionTrackingMaskInfoRange(int first, int second, LONGLONG time);
     bool DeleteMotionTrackingMaskInfoInterval(int first, int second, LONGLONG begin, LONGLONG end);
 
+    // Fields in the order they are built; they are torn down in the reverse.
     IVXHvnDspAgent* m_dspAgent;
     IVXHvnDspAgent* m_dspBufAgent;
     pcg::platform::ModuleHandle m_hDspAgentDll;
     pcg::platform::ModuleHandle m_hIompDll;
-    // A reference on the library that holds a passed agent's code, so that the
-    // agent's code stays mapped while this facade holds it, even when the
-    // facade that loaded the library is gone first.
-    pcg::platform::ModuleHandle m_hPassedAgentCode;
+    // The ring of two items the main agent posts events into, and the named
+    // event the callback thread sets as its last act (null without a thread).
+    DspCallbackQueue m_callbackQueue;
+    pcg::platform::Event* m_hCallbackDoneEvent;
 
     // The image side of the engine. m_pImageRetouch belongs to
     // m_pImageRetouchMgr and goes back through it; the facade holds one
@@ -152,35 +153,37 @@ public:
     // The image engine's library when the constructor was given its path.
     pcg::platform::ModuleHandle m_hImageRetouchDll;
     std::wstring m_imageRetouchDllPath;
-    ImageRetouchMgr* m_pImageRetouchMgr;
 
     // The live selection, the picture copy the smart selection reads, and
     // the tools that work on them. Plain arrays owned by the facade.
     SelectionResult m_LatestSelectionResult;
-    int32_t m_nSelectionWidth;
-    int32_t m_nSelectionHeight;
     BufferData m_selectionBufData;
     ZenodorLoader m_ZenodorLoader;
     CSelectionTool m_SelectionTool;
     CMagicSelection m_MagicSelection;
     CManualBrush m_ManualBrush;
-    IppFunctions m_ippFunctions;
-
-    // Applies the lens settings, then crop and rotation, of a correction
-    // dictionary; output.pBuffer is a new plain array for the caller.
-    HRESULT m_fnMaskCorrection(PyObject* pPyoMaskCorrect, BufferData input, BufferData& output);
-    // Rebuilds the live mask at the run's size from a boundary line list.
-    HRESULT m_fnSetSelectionResultMaskData(PyObject* pPyoMaskLine, bool bMaskInvert);
-    // The ring of two items the main agent posts events into, and the named
-    // event the callback thread sets as its last act (null without a thread).
-    DspCallbackQueue m_callbackQueue;
-    pcg::platform::Event* m_hCallbackDoneEvent;
 
     // Guards the three slots together; taken after the interpreter lock.
     pcg::platform::CriticalSection m_cacheFrameLock;
     IImageBuffer* m_pCacheFrame;
     IImageBuffer* m_pCachePureFrame;
     IImageBuffer* m_pCacheFramePlaying;
+    IppFunctions m_ippFunctions;
+    ImageRetouchMgr* m_pImageRetouchMgr;
+
+    // Beyond the class's own fields. A reference on the library that holds a
+    // passed agent's code, so that the agent's code stays mapped while this
+    // facade holds it, even when the facade that loaded the library is gone
+    // first; and the size of the run the live selection was built for.
+    pcg::platform::ModuleHandle m_hPassedAgentCode;
+    int32_t m_nSelectionWidth;
+    int32_t m_nSelectionHeight;
+
+    // Applies the lens settings, then crop and rotation, of a correction
+    // dictionary; output.pBuffer is a new plain array for the caller.
+    HRESULT m_fnMaskCorrection(PyObject* pPyoMaskCorrect, BufferData input, BufferData& output);
+    // Rebuilds the live mask at the run's size from a boundary line list.
+    HRESULT m_fnSetSelectionResultMaskData(PyObject* pPyoMaskLine, bool bMaskInvert);
 
 private:
     void m_fnBringUpAgents(bool agentPassed, BOOL createBufferAgent);

@@ -4,6 +4,7 @@
 #include "platform/platform.h"
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
@@ -54,10 +55,11 @@ WindowHandle CreateHiddenWindow(const wchar_t* className, const wchar_t* title) 
     std::lock_guard<std::mutex> lock(tables.m_mutex);
     auto found = tables.m_classes.find(className);
     if (found == tables.m_classes.end()) return nullptr;
-    auto* window = new PosixWindow{className, title ? title : L"", found->second, nullptr,
-                                   kHiddenWindowStyle & ~kWindowCaption};
-    tables.m_windows.insert(window);
-    return window;
+    // Held until the table has it, so that a failed insertion frees it.
+    std::unique_ptr<PosixWindow> window(new PosixWindow{className, title ? title : L"", found->second, nullptr,
+                                                        kHiddenWindowStyle & ~kWindowCaption});
+    tables.m_windows.insert(window.get());
+    return window.release();
 }
 
 void* SetWindowUserData(WindowHandle window, void* data) {

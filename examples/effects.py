@@ -1,6 +1,10 @@
-"""Makes a facade on the reference render agent, pushes a clarity effect with
-three keyframes to clip 7, and prints what the agent received, read back from
-the agent's journal."""
+"""Effects: makes a facade on the reference render agent, pushes a clarity
+effect with three keyframes to clip 7 and a saturation effect to the buffer
+agent, and prints what the agents received, read back from the agent's
+journal.
+
+    PYTHONPATH=build/host /usr/bin/python3 examples/effects.py
+"""
 
 import ctypes
 import json
@@ -33,19 +37,25 @@ def main():
     }
     result = facade.PushTask(7, PyClipGrade.cvar.PY_SET_CLARITY, clarity, False)
     print("PushTask(7, PY_SET_CLARITY, %r, False) -> %d" % (clarity, result))
+    # The same clip on the agent for single buffers: the last argument picks it.
+    saturation = {PyClipGrade.STR_SATURATION: [[1200, 35], [2400, 50, 2]]}
+    on_buffer = facade.PushTask(7, PyClipGrade.cvar.PY_SET_SATURATION, saturation, True)
+    print("PushTask(7, PY_SET_SATURATION, %r, True) -> %d" % (saturation, on_buffer))
 
     pushed = [e for e in journal() if e["op"] == "PushEffect"]
     for entry in pushed:
         video_id, function_id, record = entry["args"]
-        print("%s #%d received PushEffect for clip %d, FUNCTION_ID %d (FUNCTION_SET_CLARITY is %d):"
-              % (entry["agent"], entry["instance"], video_id, function_id, PyClipGrade.FUNCTION_SET_CLARITY))
+        print("%s #%d received PushEffect for clip %d, FUNCTION_ID %d:"
+              % (entry["agent"], entry["instance"], video_id, function_id))
         print("  record version %d, header word %d" % (record["version"], record["word"]))
         for index, vector in enumerate(record["vectors"]):
-            print("  vector %d (nClarity):" % index)
+            print("  vector %d:" % index)
             for key in vector:
                 print("    time %6d  value %4d  interpolation %d" % (key["time"], key["value"], key["interp"]))
     del facade
-    return 0 if result == 0 and len(pushed) == 1 else 1
+    print("FUNCTION_SET_CLARITY is %d, FUNCTION_SET_SATURATION is %d"
+          % (PyClipGrade.FUNCTION_SET_CLARITY, PyClipGrade.FUNCTION_SET_SATURATION))
+    return 0 if (result, on_buffer, [e["agent"] for e in pushed]) == (0, 0, ["DspMain", "DspBuf"]) else 1
 
 
 if __name__ == "__main__":
