@@ -230,10 +230,12 @@ int32_t CThreadBase::ExecuteNext() {
 
 int32_t CThreadBase::m_fnStopThread() {
     {
-        // State and wake-up together, so a pause cannot come between them.
+        // A pause that comes after this sees the stop and leaves the event
+        // alone, so the wake-up below cannot be lost. The wake-up is not given
+        // here: a worker woken before the exit code is read would often have
+        // ended already and be left unjoined.
         CriticalSectionScope guard(m_csState);
         m_nState.store(-2);
-        m_event.Set();
     }
     if (!m_hThread) return kResultOk;
     uint32_t exitCode = kStillActive;
@@ -262,6 +264,10 @@ CObservorThread::~CObservorThread() {
         m_pObservable->Detach(OBSERVABLE_EVENT_TASK_ADDED, this);
         m_pObservable = nullptr;
     }
+    // The base's stop, made here: once this destructor returns, the object's
+    // table of operations is being changed under a worker that may still be
+    // between two tasks. The base's own stop then finds no thread.
+    m_fnStopThread();
 }
 
 bool CObservorThread::Update(uint32_t event, CObservable* source, intptr_t data) {

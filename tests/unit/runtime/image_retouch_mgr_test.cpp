@@ -246,16 +246,19 @@ struct CountedRetouchTask : RetouchTaskBase {
     std::atomic<int>* m_pFreed;
 };
 
-// Holds the worker until the queue behind it has been emptied.
+// Holds the worker until the tasks queued behind it have been taken away.
 struct HoldUntilClearedTask : RetouchTaskBase {
-    HoldUntilClearedTask(ImageRetouchMgr* pMgr, std::atomic<bool>* started)
-        : RetouchTaskBase(0, pMgr), m_pStarted(started), m_pQueue(pMgr->m_pThreadTaskQueue) {}
+    HoldUntilClearedTask(ImageRetouchMgr* pMgr, std::atomic<bool>* started, std::atomic<bool>* queued)
+        : RetouchTaskBase(0, pMgr), m_pStarted(started), m_pQueued(queued), m_pQueue(pMgr->m_pThreadTaskQueue) {}
     int32_t m_fnTaskExecute() override {
         *m_pStarted = true;
-        while (m_pQueue->m_fnGetSize() != 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        while (!*m_pQueued || m_pQueue->m_fnGetSize() != 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         return kResultOk;
     }
     std::atomic<bool>* m_pStarted;
+    std::atomic<bool>* m_pQueued;
     CObservableThreadQueue* m_pQueue;
 };
 
@@ -264,10 +267,11 @@ TEST_F(ImageRetouchMgrTest, TasksStillQueuedAtDestructionAreDroppedUnrunAndFreed
     std::atomic<int> runs{0};
     std::atomic<int> freed{0};
     std::atomic<bool> started{false};
+    std::atomic<bool> queued{false};
     LogOn log;
     {
         ImageRetouchMgr mgr(false);
-        std::shared_ptr<CThreadTask> holder = std::make_shared<HoldUntilClearedTask>(&mgr, &started);
+        std::shared_ptr<CThreadTask> holder = std::make_shared<HoldUntilClearedTask>(&mgr, &started, &queued);
         mgr.m_pThreadTaskQueue->m_fnAddTask(holder);
         holder.reset();
         for (int i = 0; i < 200 && !started; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -278,6 +282,7 @@ TEST_F(ImageRetouchMgrTest, TasksStillQueuedAtDestructionAreDroppedUnrunAndFreed
             mgr.m_pThreadTaskQueue->m_fnAddTask(task);
         }
         EXPECT_EQ(mgr.m_pThreadTaskQueue->m_fnGetSize(), static_cast<std::size_t>(kQueued));
+        queued = true;
     }
     EXPECT_EQ(runs.load(), 0);
     EXPECT_EQ(freed.load(), kQueued);

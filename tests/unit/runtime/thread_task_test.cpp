@@ -358,6 +358,8 @@ TEST(ThreadBase, StopOfAWorkerNeverStartedAndASecondStopAreHarmless) {
     EXPECT_EQ(worker.m_fnStopThread(), kResultOk);
     EXPECT_EQ(worker.m_nState.load(), -2);
     worker.m_fnStartThread();
+    // Idle: the worker waits for the stop's wake-up, so the stop joins it.
+    ASSERT_TRUE(Eventually([&] { return worker.m_nState.load() == 1; }));
     EXPECT_EQ(worker.m_fnStopThread(), kResultOk);
     EXPECT_FALSE(worker.m_hThread);
     EXPECT_EQ(worker.m_fnStopThread(), kResultOk);
