@@ -230,10 +230,8 @@ int32_t CThreadBase::ExecuteNext() {
 
 int32_t CThreadBase::m_fnStopThread() {
     {
-        // A pause that comes after this sees the stop and leaves the event
-        // alone, so the wake-up below cannot be lost. The wake-up is not given
-        // here: a worker woken before the exit code is read would often have
-        // ended already and be left unjoined.
+        // Under the state lock: a pause that comes later sees the stop and
+        // leaves the state and the wake-up below alone.
         CriticalSectionScope guard(m_csState);
         m_nState.store(-2);
     }
