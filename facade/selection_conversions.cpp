@@ -520,6 +520,7 @@ void PyClipGrade::DumpIImageBuffer(IImageBuffer* pBuffer) {
 
 IImageBuffer* PyClipGrade::ResizeImageBuffer(IImageBuffer* pSrc, UINT nWidth, UINT nHeight) {
     PyGilUnlockScope unlocked;
+    DumpLog("PyClipGrade::ResizeImageBuffer() enter\n");
     if (!m_ippFunctions.m_hLibrary) m_ippFunctions.Load(nullptr);
     if (!pSrc) return nullptr;
     const int pixelBytes = pSrc->GetPixelBytes();
@@ -548,5 +549,6 @@ IImageBuffer* PyClipGrade::ResizeImageBuffer(IImageBuffer* pSrc, UINT nWidth, UI
     if (status != 0) DumpLog("PyClipGrade::ResizeImageBuffer [Err] ResizeBuffer_8u() status=%d", status);
     pTarget->UnlockBuffer();
     pSrc->UnlockBuffer();
+    DumpLog("PyClipGrade::ResizeImageBuffer() end\n");
     return pTarget;
 }

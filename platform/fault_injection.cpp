@@ -61,6 +61,20 @@ void FailAllocations(uint32_t first, uint32_t count) {
     Arm(first, count);
 }
 
+namespace {
+std::atomic<uint32_t> g_nThreadStartsToFail(0);
+}  // namespace
+
+void FailThreadStarts(uint32_t count) { g_nThreadStartsToFail = count; }
+
+bool ThreadStartFaultDue() {
+    uint32_t left = g_nThreadStartsToFail.load();
+    while (left != 0) {
+        if (g_nThreadStartsToFail.compare_exchange_weak(left, left - 1)) return true;
+    }
+    return false;
+}
+
 }  // namespace platform
 }  // namespace pcg
 

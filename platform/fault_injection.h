@@ -21,5 +21,12 @@ bool AllocationFaultDue();
 // Turns the switch on as described above, or off with first = 0.
 void FailAllocations(uint32_t first, uint32_t count);
 
+// Test-only: the next `count` thread starts (Thread::Start) fail as if the
+// system had refused to make the thread; 0 turns the switch off.
+void FailThreadStarts(uint32_t count);
+
+// True when this thread start is one the switch makes fail (and counts it).
+bool ThreadStartFaultDue();
+
 }  // namespace platform
 }  // namespace pcg

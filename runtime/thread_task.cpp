@@ -262,6 +262,10 @@ CObservorThread::~CObservorThread() {
         m_pObservable->Detach(OBSERVABLE_EVENT_TASK_ADDED, this);
         m_pObservable = nullptr;
     }
+    // The base's stop, made here: once this destructor returns, the object's
+    // table of operations is being changed under a worker that may still be
+    // between two tasks. The base's own stop then finds no thread.
+    m_fnStopThread();
 }
 
 bool CObservorThread::Update(uint32_t event, CObservable* source, intptr_t data) {

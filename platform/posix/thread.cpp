@@ -1,6 +1,7 @@
 // Threads on POSIX: std::thread with the Windows notions of a waitable thread
 // and an exit code.
 #include "platform/platform.h"
+#include "platform/fault_injection.h"
 
 #include <atomic>
 #include <memory>
@@ -37,7 +38,7 @@ Thread::~Thread() {
 }
 
 std::unique_ptr<Thread> Thread::Start(Routine routine, void* argument) {
-    if (routine == nullptr) return nullptr;
+    if (routine == nullptr || ThreadStartFaultDue()) return nullptr;
     std::unique_ptr<Thread> thread(new Thread);
     std::shared_ptr<ThreadEnd> end = thread->m_pImpl->m_pEnd;
     try {

@@ -1,4 +1,5 @@
 #include "platform/platform.h"
+#include "platform/fault_injection.h"
 
 #include <process.h>
 #include <windows.h>
@@ -34,7 +35,7 @@ Thread::~Thread() {
 }
 
 std::unique_ptr<Thread> Thread::Start(Routine routine, void* argument) {
-    if (routine == nullptr) return nullptr;
+    if (routine == nullptr || ThreadStartFaultDue()) return nullptr;
     auto* block = new StartBlock{routine, argument};
     HANDLE handle = CreateThread(nullptr, 0, &ThreadEntry, block, 0, nullptr);
     if (handle == nullptr) {

@@ -75,7 +75,8 @@
 // agent interface: {"agent": name, "instance": n, "op": operation, "args":
 // [...]} with the arguments in contract order and out-parameters left out.
 // AddRef and Release add "refs", the count after the call; the last Release
-// is followed by {"agent", "instance", "op": "Destroyed"}. DumpTask adds
+// is followed by {"agent", "instance", "op": "Destroyed"}. SetImageRetouchMgr
+// adds "manager": the manager's address as an integer (0 for null). DumpTask adds
 // "tasks": [[videoID, FUNCTION_ID], ...], the records held. Integers are
 // exact; doubles (floats widened) have 17 significant digits and always a
 // fraction or exponent; NaN, Infinity and -Infinity are bare tokens; C++

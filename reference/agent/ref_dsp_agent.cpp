@@ -610,7 +610,12 @@ HistogramDist CRefDspAgent::GetToneCurveHistogramInfo() {
 }
 
 int32_t CRefDspAgent::SetImageRetouchMgr(ImageRetouchMgr* pMgr) {
-    m_fnJournal("SetImageRetouchMgr", Args(OpaqueJson(pMgr)));
+    Json entry = m_fnEntry("SetImageRetouchMgr");
+    entry["args"] = Args(OpaqueJson(pMgr));
+    // Which manager it was, so that a test can tell one facade's manager from
+    // another's; the pointer is kept, never called.
+    entry["manager"] = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pMgr));
+    AgentRegistry::Instance().Append(std::move(entry));
     {
         std::lock_guard<std::mutex> guard(m_stateLock);
         m_pImageRetouchMgr = pMgr;

@@ -7,13 +7,14 @@ import threading
 
 import pytest
 
-from conftest import PRODUCT_KEY, RETOUCH_LIBRARY, SETTINGS_FILE, write_settings
+from conftest import PRODUCT_KEY, RETOUCH_LIBRARY, S_OK, SETTINGS_FILE, write_settings
 
 RETOUCH_CLASS = "{58529D7C-751A-47A9-982D-1560342ECB14}"
 ALLOCATOR_CLASS = "{62ECF08B-8B33-4DDB-AF2E-1DA140458C85}"
 PREFIX = "[PyClipGrade] "
 # An agent text naming no agent: the facade makes its own "DspMain".
 NO_AGENT = "@_PtrWrapper_$=0"
+PY_SET_CLARITY = 12
 
 
 def write_classes(classes, values=None):
@@ -77,6 +78,36 @@ def test_agent_form_without_buffer_agent_leaves_the_engine_absent(shadow, retouc
     # A passed agent keeps the manager of the facade that made it.
     assert len(journal.ops("SetImageRetouchMgr")) == told
     del second, first
+    assert_engine_gone(retouch)
+
+
+def test_default_form_tells_both_agents_one_manager_of_its_own(shadow, journal):
+    first = shadow.PyClipGrade()
+    second = shadow.PyClipGrade()
+    told = [(e["agent"], e["manager"]) for e in journal.ops("SetImageRetouchMgr")]
+    assert [agent for agent, _ in told] == ["DspMain", "DspBuf", "DspMain", "DspBuf"]
+    assert told[0][1] == told[1][1] != 0
+    assert told[2][1] == told[3][1] != 0
+    assert told[0][1] != told[2][1]
+    del first, second
+
+
+def test_deleting_the_facade_that_made_a_shared_agent_leaves_it_a_stale_manager(shadow, retouch, journal):
+    first = shadow.PyClipGrade()
+    second = shadow.PyClipGrade(first.GetDspAgentPtr(), 0)
+    main_instance = journal.ops("SetImageRetouchMgr", "DspMain")[0]["instance"]
+    agents = journal.counter("agentsLive")
+    del first
+    # The main agent lives on in the second facade, still holding the manager
+    # that went with the first: nothing tells it of another one.
+    assert journal.counter("agentsLive") == agents - 1
+    told = journal.ops("SetImageRetouchMgr")
+    assert [(e["agent"], e["instance"]) for e in told] == [("DspMain", main_instance), ("DspBuf", main_instance + 1)]
+    assert second.PushTask(3, PY_SET_CLARITY, {"Clr": [[0, 5]]}, False) == S_OK
+    assert journal.ops("PushEffect")[-1]["instance"] == main_instance
+    assert retouch.counter("instancesLive") == 0
+    del second
+    assert journal.counter("agentsLive") == agents - 2
     assert_engine_gone(retouch)
 
 

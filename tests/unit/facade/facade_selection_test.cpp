@@ -709,6 +709,103 @@ TEST_F(FacadeSelectionTest, MagicSelectRefusals) {
     Py_DECREF(empty);
 }
 
+// A 4-byte picture that has no pixels to lend: its lock hands out null.
+class PixellessPicture final : public IImageBuffer {
+public:
+    int AddRef() override { return 1; }
+    int Release() override { return 1; }
+    bool LockBuffer(uint8_t** ppBuffer, int* pnWidth, int* pnHeight) override {
+        *ppBuffer = nullptr;
+        *pnWidth = 4;
+        *pnHeight = 2;
+        return false;
+    }
+    bool UnlockBuffer() override { return true; }
+    int GetWidth() override { return 4; }
+    int GetHeight() override { return 2; }
+    int GetPixelBytes() override { return 4; }
+};
+
+TEST_F(FacadeSelectionTest, APictureWithoutPixelsIsLoggedAsAFailedConversionAndTheRunGoesOn) {
+    PixellessPicture picture;
+    PyObject* lines = Eval("[(1, 0, 2)]");
+    EXPECT_EQ(Facade().Selection_Initialize(&picture, lines), 0);
+    EXPECT_TRUE(Logged("PyClipGrade::Selection_Initialize convert fail!"));
+    EXPECT_EQ(Facade().m_selectionBufData.pBuffer, nullptr);
+    EXPECT_EQ(Facade().m_selectionBufData.nStride, 12);
+    // The run is open on the script's lines all the same.
+    const BufferData& mask = Facade().m_LatestSelectionResult.mask;
+    ASSERT_NE(mask.pBuffer, nullptr);
+    EXPECT_EQ(std::vector<uint8_t>(mask.pBuffer, mask.pBuffer + 8), std::vector<uint8_t>({0, 255, 255, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Facade().Selection_Uninitialize(), 0);
+    Py_DECREF(lines);
+}
+
+TEST_F(FacadeSelectionTest, AStrokeWhoseCopyGetsNoBufferAnswersNull) {
+    IImageBuffer* picture = TwoColourPicture(4, 2);
+    PyObject* empty = Eval("[]");
+    PyObject* positions = Eval("[(0, 0)]");
+    ASSERT_EQ(Facade().Selection_Initialize(picture, empty), 0);
+    m_allocator.refuse = true;
+    EXPECT_EQ(Facade().Selection_MagicSelect(positions, 1, false, false, false), nullptr);
+    EXPECT_TRUE(Logged("PyClipGrade::Selection_MagicSelect Null Pointer : pOutBuffer\n"));
+    EXPECT_FALSE(Logged("PyClipGrade::Selection_MagicSelect() end\n"));
+    // The stroke itself reached the live selection.
+    const BufferData& mask = Facade().m_LatestSelectionResult.mask;
+    EXPECT_EQ(std::vector<uint8_t>(mask.pBuffer, mask.pBuffer + 8), std::vector<uint8_t>({255, 255, 0, 0, 255, 255, 0, 0}));
+    EXPECT_EQ(Facade().Selection_Uninitialize(), 0);
+    Py_DECREF(positions);
+    Py_DECREF(empty);
+    picture->Release();
+}
+
+TEST_F(FacadeSelectionTest, EveryMemberWritesItsEnterAndEndLines) {
+    IImageBuffer* picture = TwoColourPicture(4, 2);
+    IImageBuffer* mask = MakeBuffer(4, 2, 1, {0, 255, 255, 0, 0, 0, 0, 0});
+    PyObject* none = Eval("None");
+    PyObject* empty = Eval("[]");
+    PyObject* positions = Eval("[(0, 0), (3, 1)]");
+    PyObject* lines = Eval("[(1, 0, 2)]");
+    PyObject* normalised = Eval("[(0.25, 0.0, 0.5)]");
+    PyObject* correction = Eval("{}");
+    std::vector<IImageBuffer*> made;
+    std::vector<PyObject*> answers;
+    ASSERT_EQ(Facade().Selection_Initialize(picture, empty), 0);
+    made.push_back(Facade().Selection_MagicSelect(positions, 1, false, false, false));
+    EXPECT_EQ(Facade().Selection_ClearStrokeHistory(), 0);
+    EXPECT_EQ(Facade().Selection_Undo(1), 0);
+    EXPECT_EQ(Facade().Selection_Redo(1), 0);
+    EXPECT_EQ(Facade().Selection_Uninitialize(), 0);
+    EXPECT_EQ(Facade().Manual_Initialize(lines, 4, 2), 0);
+    made.push_back(Facade().Manual_UpdateStroke(positions, 1, true, true));
+    EXPECT_EQ(Facade().Manual_Uninitialize(), 0);
+    answers.push_back(Facade().Selection_MaskToPoint(mask, none));
+    made.push_back(Facade().Selection_PointToMask(lines, 4, 2, false));
+    made.push_back(Facade().Selection_MaskCorrection(mask, correction));
+    answers.push_back(Facade().Selection_ScaleUSSelectionList(normalised, 4, 2, 8, 4));
+    made.push_back(Facade().ResizeImageBuffer(picture, 2, 1));
+    for (IImageBuffer* buffer : made) {
+        ASSERT_NE(buffer, nullptr);
+        buffer->Release();
+    }
+    for (PyObject* answer : answers) {
+        ASSERT_NE(answer, nullptr);
+        Py_DECREF(answer);
+    }
+    const char* const members[] = {"Selection_Initialize", "Selection_MagicSelect", "Selection_ClearStrokeHistory",
+                                   "Selection_Undo", "Selection_Redo", "Selection_Uninitialize",
+                                   "Manual_Initialize", "Manual_UpdateStroke", "Manual_Uninitialize",
+                                   "Selection_MaskToPoint", "Selection_PointToMask", "Selection_MaskCorrection",
+                                   "Selection_ScaleUSSelectionList", "ResizeImageBuffer"};
+    for (const char* member : members) {
+        EXPECT_TRUE(Logged(std::string("PyClipGrade::") + member + "() enter\n")) << member;
+        EXPECT_TRUE(Logged(std::string("PyClipGrade::") + member + "() end\n")) << member;
+    }
+    for (PyObject* object : {none, empty, positions, lines, normalised, correction}) Py_DECREF(object);
+    mask->Release();
+    picture->Release();
+}
+
 TEST_F(FacadeSelectionTest, AnOpenRunIsClosedAtTeardownAndOnANewInitialize) {
     pcg::reftest::RefSelectEntries entries(Facade().m_ZenodorLoader);
     const int64_t live = entries.Counter("objectsLive");

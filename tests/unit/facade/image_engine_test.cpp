@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "platform/platform.h"
@@ -151,6 +152,42 @@ TEST_F(FacadeImageEngineTest, EachAgentMadeHereIsToldTheManagerAsItsFirstCall) {
     EXPECT_EQ(told[1]["args"], Json::parse("[true]"));
     PyClipGrade shared(facade.m_dspAgent, 0);
     EXPECT_EQ(Entries("SetImageRetouchMgr").size(), 2u);
+}
+
+TEST_F(FacadeImageEngineTest, TheDefaultFacadeTellsBothAgentsTheSameManagerItsOwn) {
+    PyClipGrade facade;
+    PyClipGrade other;
+    const auto told = Entries("SetImageRetouchMgr");
+    ASSERT_EQ(told.size(), 4u);
+    const auto own = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(facade.m_pImageRetouchMgr));
+    const auto others = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(other.m_pImageRetouchMgr));
+    EXPECT_NE(own, others);
+    EXPECT_EQ(told[0]["manager"].get<uint64_t>(), own);
+    EXPECT_EQ(told[1]["manager"].get<uint64_t>(), own);
+    EXPECT_EQ(told[2]["manager"].get<uint64_t>(), others);
+    EXPECT_EQ(told[3]["manager"].get<uint64_t>(), others);
+}
+
+TEST_F(FacadeImageEngineTest, AnAgentOutlivingTheFacadeThatMadeItKeepsAStaleManagerUnguarded) {
+    auto first = std::make_unique<PyClipGrade>();
+    const auto firstManager = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(first->m_pImageRetouchMgr));
+    const int64_t agents = Library().Counter("agentsLive");
+    {
+        PyClipGrade second(first->m_dspAgent, 0);
+        first.reset();
+        // The main agent lives on in the second facade; its buffer agent went
+        // with the first one.
+        EXPECT_EQ(Library().Counter("agentsLive"), agents - 1);
+        const auto told = Entries("SetImageRetouchMgr");
+        ASSERT_EQ(told.size(), 2u);
+        EXPECT_EQ(told[0]["agent"], "DspMain");
+        // Nobody tells the agent of another manager: it holds the freed one.
+        EXPECT_EQ(told[0]["manager"].get<uint64_t>(), firstManager);
+        EXPECT_NE(second.m_pImageRetouchMgr, nullptr);
+        EXPECT_NE(static_cast<uint64_t>(reinterpret_cast<uintptr_t>(second.m_pImageRetouchMgr)), firstManager);
+        EXPECT_EQ(m_retouch.Counter("instancesLive"), 0);
+    }
+    EXPECT_EQ(Library().Counter("agentsLive"), agents - 2);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/effect_record.h"
+#include "platform/platform.h"
 
 namespace {
 
@@ -49,6 +50,23 @@ TEST_F(FaultInjection, EffectHeapAllocationFailsWhenDue) {
     void* block = pcg::engine::AllocEffectMemory(16);
     EXPECT_NE(block, nullptr);
     pcg::engine::FreeEffectMemory(block);
+}
+
+uint32_t ReturnSeven(void*) { return 7; }
+
+TEST(ThreadStartFaults, TheGivenNumberOfStartsFailThenThreadsStartAgain) {
+    pcg::platform::FailThreadStarts(2);
+    EXPECT_EQ(pcg::platform::Thread::Start(&ReturnSeven, nullptr), nullptr);
+    EXPECT_EQ(pcg::platform::Thread::Start(&ReturnSeven, nullptr), nullptr);
+    auto thread = pcg::platform::Thread::Start(&ReturnSeven, nullptr);
+    ASSERT_NE(thread, nullptr);
+    EXPECT_EQ(thread->Wait(), pcg::platform::kWaitObject0);
+    uint32_t code = 0;
+    EXPECT_TRUE(thread->GetExitCode(&code));
+    EXPECT_EQ(code, 7u);
+    pcg::platform::FailThreadStarts(1);
+    pcg::platform::FailThreadStarts(0);
+    EXPECT_FALSE(pcg::platform::ThreadStartFaultDue());
 }
 
 }  // namespace

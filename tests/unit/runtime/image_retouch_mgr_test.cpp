@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <thread>
@@ -230,6 +231,62 @@ TEST_F(ImageRetouchMgrTest, TasksWithoutAManagerRefuseAndStillSetTheirEvent) {
     EXPECT_EQ(LogOn::Count("CreateImageRetouchInstTask::m_fnTaskExecute Null Pointer : m_pImageRetouchMgr\n"), 1);
     EXPECT_EQ(LogOn::Count("ReleaseAllImageRetouchInQueueTask::m_fnTaskExecute Null Pointer : m_pImageRetouchMgr\n"),
               1);
+}
+
+// Counts its runs and its end, so that dropped tasks can be told from lost ones.
+struct CountedRetouchTask : RetouchTaskBase {
+    CountedRetouchTask(uint32_t id, ImageRetouchMgr* pMgr, std::atomic<int>* runs, std::atomic<int>* freed)
+        : RetouchTaskBase(id, pMgr), m_pRuns(runs), m_pFreed(freed) {}
+    ~CountedRetouchTask() override { ++*m_pFreed; }
+    int32_t m_fnTaskExecute() override {
+        ++*m_pRuns;
+        return kResultOk;
+    }
+    std::atomic<int>* m_pRuns;
+    std::atomic<int>* m_pFreed;
+};
+
+// Holds the worker until the tasks queued behind it have been taken away.
+struct HoldUntilClearedTask : RetouchTaskBase {
+    HoldUntilClearedTask(ImageRetouchMgr* pMgr, std::atomic<bool>* started, std::atomic<bool>* queued)
+        : RetouchTaskBase(0, pMgr), m_pStarted(started), m_pQueued(queued), m_pQueue(pMgr->m_pThreadTaskQueue) {}
+    int32_t m_fnTaskExecute() override {
+        *m_pStarted = true;
+        while (!*m_pQueued || m_pQueue->m_fnGetSize() != 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return kResultOk;
+    }
+    std::atomic<bool>* m_pStarted;
+    std::atomic<bool>* m_pQueued;
+    CObservableThreadQueue* m_pQueue;
+};
+
+TEST_F(ImageRetouchMgrTest, TasksStillQueuedAtDestructionAreDroppedUnrunAndFreed) {
+    constexpr int kQueued = 500;
+    std::atomic<int> runs{0};
+    std::atomic<int> freed{0};
+    std::atomic<bool> started{false};
+    std::atomic<bool> queued{false};
+    LogOn log;
+    {
+        ImageRetouchMgr mgr(false);
+        std::shared_ptr<CThreadTask> holder = std::make_shared<HoldUntilClearedTask>(&mgr, &started, &queued);
+        mgr.m_pThreadTaskQueue->m_fnAddTask(holder);
+        holder.reset();
+        for (int i = 0; i < 200 && !started; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        ASSERT_TRUE(started.load());
+        for (int i = 0; i < kQueued; ++i) {
+            std::shared_ptr<CThreadTask> task =
+                std::make_shared<CountedRetouchTask>(mgr.m_fnNextTaskID(), &mgr, &runs, &freed);
+            mgr.m_pThreadTaskQueue->m_fnAddTask(task);
+        }
+        EXPECT_EQ(mgr.m_pThreadTaskQueue->m_fnGetSize(), static_cast<std::size_t>(kQueued));
+        queued = true;
+    }
+    EXPECT_EQ(runs.load(), 0);
+    EXPECT_EQ(freed.load(), kQueued);
+    EXPECT_EQ(LogOn::Count("ImageRetouchMgr::~ImageRetouchMgr() end\n"), 1);
 }
 
 TEST_F(ImageRetouchMgrTest, ManyConcurrentSendersEachGetTheirOwnAnswer) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engine/result_codes.h"
+#include "platform/fault_injection.h"
 #include "tests/unit/runtime/log_on.h"
 
 using namespace pcg;
@@ -422,6 +423,39 @@ struct CountedTask : CThreadTask {
     std::atomic<int>* m_pRuns;
     std::atomic<int>* m_pAlive;
 };
+
+TEST(ThreadBase, AThreadThatCannotStartIsLoggedAndItsTaskStaysQueued) {
+    LogOn log;
+    RecordingTask::Record record;
+    CObservableThreadQueue queue;
+    CObservorThread worker(&queue, 1);
+    platform::FailThreadStarts(1);
+    EXPECT_EQ(worker.m_fnStartThread(), kResultFail);
+    EXPECT_EQ(worker.m_nState.load(), 0);
+    EXPECT_FALSE(worker.m_hThread);
+    // The event stays as it was: not signalled.
+    EXPECT_EQ(worker.m_event.Wait(1), platform::kWaitTimeout);
+    EXPECT_EQ(LogOn::Count("CThreadBase::m_fnStartThread m_fnInitialize() , failed hr=0x80004005\n"), 1);
+    // The start that a new task asks for fails too; the failure is dropped and
+    // the task waits in the queue.
+    platform::FailThreadStarts(1);
+    std::shared_ptr<CThreadTask> task = Task(7, &record);
+    EXPECT_EQ(queue.m_fnAddTask(task), kResultOk);
+    EXPECT_EQ(LogOn::Count("CThreadBase::m_fnStartThread m_fnInitialize() , failed hr=0x80004005\n"), 2);
+    EXPECT_EQ(queue.m_fnGetSize(), 1u);
+    EXPECT_EQ(task->m_hrResult, kResultFail);
+    // A later start makes the thread, which runs it.
+    EXPECT_EQ(worker.m_fnSetThreadState(0), kResultOk);
+    ASSERT_TRUE(Eventually([&] {
+        std::lock_guard<std::mutex> guard(record.m_mutex);
+        return record.m_doneIDs.size() == 1;
+    }));
+    std::lock_guard<std::mutex> guard(record.m_mutex);
+    EXPECT_EQ(record.m_order, std::vector<uint32_t>({7}));
+    // Written before m_fnTaskDone took the record's lock.
+    EXPECT_EQ(task->m_hrResult, kResultOk);
+    EXPECT_EQ(queue.m_fnGetSize(), 0u);
+}
 
 TEST(ThreadBase, ManyConcurrentSendersLoseNothingAndRunNothingTwice) {
     constexpr int kSenders = 8;
