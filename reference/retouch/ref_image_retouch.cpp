@@ -203,10 +203,14 @@ int32_t CRefImageRetouch::Query_WBDropInfo(int32_t lImageID, int32_t lBufferID, 
         !DropWhiteBalance(picture, nX, nY, pRecord->nParam[0], &temperature, &tint)) {
         return m_fnAnswer("Query_WBDropInfo", kResultInvalidArg);
     }
-    // The answer goes behind the two parameters.
-    pRecord->nParam[2] = temperature;
-    pRecord->nParam[3] = tint;
-    return m_fnAnswer("Query_WBDropInfo", kResultOk);
+    // The answer goes behind the two parameters; an answer made a failure
+    // (SetResult) writes nothing, as a failing engine would.
+    const int32_t result = m_fnAnswer("Query_WBDropInfo", kResultOk);
+    if (result >= 0) {
+        pRecord->nParam[2] = temperature;
+        pRecord->nParam[3] = tint;
+    }
+    return result;
 }
 
 int32_t CRefImageRetouch::m_fnPixelQuestion(const char* op, int32_t lImageID, int32_t lBufferID, int nX, int nY,
@@ -219,6 +223,8 @@ int32_t CRefImageRetouch::m_fnPixelQuestion(const char* op, int32_t lImageID, in
     if (!m_fnPicture(lImageID, &picture) || !ReadPixelInfo(picture, nX, nY, &answer)) {
         return m_fnAnswer(op, kResultInvalidArg);
     }
+    const int32_t result = m_fnAnswer(op, kResultOk);
+    if (result < 0) return result;  // a failing engine writes nothing
     // Each question writes only its own part of the record.
     if (tones) {
         std::copy(std::begin(answer.dToneWeight), std::end(answer.dToneWeight), std::begin(pInfo->dToneWeight));
@@ -231,7 +237,7 @@ int32_t CRefImageRetouch::m_fnPixelQuestion(const char* op, int32_t lImageID, in
     std::copy(std::begin(answer.RGB), std::end(answer.RGB), std::begin(pInfo->RGB));
     std::copy(std::begin(answer.HSV), std::end(answer.HSV), std::begin(pInfo->HSV));
     std::copy(std::begin(answer.ROMMRGB), std::end(answer.ROMMRGB), std::begin(pInfo->ROMMRGB));
-    return m_fnAnswer(op, kResultOk);
+    return result;
 }
 
 int32_t CRefImageRetouch::Query_TATMapInfo(int32_t lImageID, int32_t lBufferID, int nX, int nY, PixelInfo* pInfo) {
