@@ -114,9 +114,11 @@ int32_t CRefImageRetouch::GetToneCurveInfo(ToneCurveRGBSetting setToneCurve, Ton
     if (setToneCurve.nMaxValue < 1 || setToneCurve.nMaxValue > 65535) {
         return m_fnAnswer("GetToneCurveInfo", kResultInvalidArg);
     }
+    const int32_t result = m_fnAnswer("GetToneCurveInfo", kResultOk);
+    if (result < 0) return result;  // a failing engine writes nothing
     ToneCurveTable(setToneCurve, mappingInfo->MappingTable);
     mappingInfo->nMappingTableSize = setToneCurve.nMaxValue + 1;
-    return m_fnAnswer("GetToneCurveInfo", kResultOk);
+    return result;
 }
 
 bool CRefImageRetouch::m_fnPicture(int32_t lImageID, PictureView* view) {
