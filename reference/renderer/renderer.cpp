@@ -63,6 +63,13 @@ double CurveAt(const std::vector<int32_t>& table, double t) {
     return (a + (b - a) * (u - static_cast<double>(i))) / 65535.0;
 }
 
+// An identity table changes nothing: it is skipped like an absent one.
+bool IsActiveCurve(const std::vector<int32_t>& table) {
+    for (size_t i = 0; i < table.size(); ++i)
+        if (table[i] != static_cast<int32_t>(i)) return true;
+    return false;
+}
+
 double LevelsAt(const Levels& l, double t) {
     double v = Clamp((t - l.dInBlack) / (l.dInWhite - l.dInBlack), 0.0, 1.0);
     if (l.dGamma != 1.0) v = std::pow(v, 1.0 / l.dGamma);
@@ -102,10 +109,10 @@ PointPlan MakePointPlan(const GlobalSettings& s, double max) {
     p.kWhites = s.dWhites / 100.0;
     p.bSliders = p.kBlacks != 0.0 || p.kFill != 0.0 || p.kRecovery != 0.0 || p.kWhites != 0.0;
     p.bMasterLevels = !IsNeutral(s.masterLevels);
-    p.bMasterCurve = !s.masterCurve.empty();
+    p.bMasterCurve = IsActiveCurve(s.masterCurve);
     for (int i = 0; i < 3; ++i) {
         p.bChannelLevels[i] = !IsNeutral(s.channelLevels[i]);
-        p.bChannelCurve[i] = !s.channelCurves[i].empty();
+        p.bChannelCurve[i] = IsActiveCurve(s.channelCurves[i]);
     }
     return p;
 }
