@@ -63,7 +63,7 @@ void AddToColours(uint8_t* pixels, int width, int height, int stride, const cv::
                 std::memcpy(px, row + static_cast<size_t>(x) * sizeof(px), sizeof(px));
                 for (int i = 0; i < 3; ++i) {
                     const float v = std::floor(px[i] + d[x] + 0.5f);
-                    px[i] = static_cast<T>(v < 0.0f ? 0.0f : (v > max ? max : v));
+                    px[i] = static_cast<T>(!(v >= 0.0f) ? 0.0f : (v > max ? max : v));  // NaN as 0
                 }
                 std::memcpy(row + static_cast<size_t>(x) * sizeof(px), px, sizeof(px));
             }
@@ -122,7 +122,7 @@ void Blur(uint8_t* pixels, int width, int height, int stride, double level, int 
             for (int x = 0; x < width; ++x)
                 for (int i = 0; i < 3; ++i) {
                     const float v = std::floor(from[4 * x + i] + 0.5f);
-                    row[4 * x + i] = static_cast<T>(v < 0.0f ? 0.0f : (v > max ? max : v));
+                    row[4 * x + i] = static_cast<T>(!(v >= 0.0f) ? 0.0f : (v > max ? max : v));
                 }
         }
     });
@@ -142,6 +142,8 @@ bool FiltersActive(const GlobalSettings& s) {
 void ApplyFilters(uint8_t* pixels, int width, int height, int stride, int bytesPerChannel, const GlobalSettings& s) {
     GlobalSettings usable = s;
     if (!std::isfinite(usable.dClarity)) usable.dClarity = 0.0;
+    usable.dClarity = std::min(std::max(usable.dClarity, -100.0), 100.0);
+    usable.dSharpAmount = std::min(std::max(usable.dSharpAmount, -100.0), 100.0);
     if (!SharpActive(usable)) usable.dSharpAmount = 0.0;
     if (!std::isfinite(usable.dSharpRadius)) usable.dSharpRadius = 1.0;
     if (!std::isfinite(usable.dSharpMask)) usable.dSharpMask = 0.0;

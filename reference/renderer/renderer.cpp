@@ -6,6 +6,7 @@
 #include "platform/parallel_slices.h"
 #include "reference/renderer/colour_bands.h"
 #include "reference/renderer/filters.h"
+#include "reference/renderer/pixel_math.h"
 #include "reference/renderer/vignette.h"
 
 namespace pcg {
@@ -15,8 +16,6 @@ namespace {
 
 constexpr size_t kCurveEntries = 65536;
 constexpr int kMinSlicePixels = 1 << 16;
-
-double Clamp(double v, double lo, double hi) { return v < lo ? lo : (v > hi ? hi : v); }
 
 bool IsNeutral(const Levels& l) {
     return l.dInBlack == 0.0 && l.dInWhite == 1.0 && l.dGamma == 1.0 && l.dOutBlack == 0.0 && l.dOutWhite == 1.0;
@@ -261,11 +260,6 @@ void ColourPixel(const ColourPlan& p, double* c) {
             c[i] += (wl * p.dLightStrength * (p.light[i] - p.dLightLuma) +
                      wd * p.dDarkStrength * (p.dark[i] - p.dDarkLuma)) * max / 2.0;
     }
-}
-
-double ToChannel(double value, double max) {
-    const double rounded = std::floor(value + 0.5);
-    return rounded < 0.0 ? 0.0 : (rounded > max ? max : rounded);
 }
 
 template <typename T>

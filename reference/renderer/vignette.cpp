@@ -6,13 +6,12 @@
 #include <vector>
 
 #include "platform/parallel_slices.h"
+#include "reference/renderer/pixel_math.h"
 
 namespace pcg {
 namespace renderer {
 
 namespace {
-
-double Clamp(double v, double lo, double hi) { return v < lo ? lo : (v > hi ? hi : v); }
 
 template <typename T>
 void Rows(uint8_t* pixels, int width, int first, int last, int stride, const std::vector<double>& columnTerm,
@@ -30,7 +29,7 @@ void Rows(uint8_t* pixels, int width, int first, int last, int stride, const std
             for (int i = 0; i < 3; ++i) {
                 const double c = px[i];
                 const double out = amount < 0.0 ? c * (1.0 + amount * weight) : c + (max - c) * amount * weight;
-                px[i] = static_cast<T>(Clamp(std::floor(out + 0.5), 0.0, max));
+                px[i] = static_cast<T>(ToChannel(out, max));
             }
             std::memcpy(row + static_cast<size_t>(x) * sizeof(px), px, sizeof(px));
         }

@@ -476,6 +476,69 @@ TEST_P(RendererEffects, AlphaAndPaddingStayUnderEveryEffect) {
     EXPECT_NE(picture.pixels, original.pixels);
 }
 
+TEST_P(RendererEffects, SettingsFarOutsideTheirRangesStillGiveCodes) {
+    // Every setting at an enormous value, one at a time and all together: the
+    // render succeeds, alpha stays, and the arithmetic's overflow never reaches
+    // an integer conversion (checked under the undefined-behaviour sanitizer).
+    const Picture original(GetParam());
+    std::vector<std::function<void(GlobalSettings&, double)>> each = {
+        [](GlobalSettings& s, double v) { s.dExposure = v; },
+        [](GlobalSettings& s, double v) { s.dBrightness = v; },
+        [](GlobalSettings& s, double v) { s.dContrast = v; },
+        [](GlobalSettings& s, double v) { s.dTint = v; },
+        [](GlobalSettings& s, double v) { s.dSaturation = v; },
+        [](GlobalSettings& s, double v) { s.dBlacks = s.dFillLight = s.dRecovery = s.dWhites = v; },
+        [](GlobalSettings& s, double v) { s.masterLevels.dOutWhite = v; },
+        [](GlobalSettings& s, double v) { s.channelLevels[1].dGamma = std::fabs(v); },
+        [](GlobalSettings& s, double v) { s.dVibrance = v; },
+        [](GlobalSettings& s, double v) {
+            for (int b = 0; b < 8; ++b) s.dBandHue[b] = s.dBandSaturation[b] = s.dBandLuminance[b] = v;
+        },
+        [](GlobalSettings& s, double v) { s.dHueShift = v; },
+        [](GlobalSettings& s, double v) {
+            s.bBlackWhite = true;
+            for (double& m : s.dBlackWhiteMix) m = v;
+        },
+        [](GlobalSettings& s, double v) {
+            s.dTintHue = v;
+            s.dTintAmount = v;
+        },
+        [](GlobalSettings& s, double v) {
+            s.dSplitLightHue = s.dSplitDarkHue = v;
+            s.dSplitLightSaturation = s.dSplitDarkSaturation = s.dSplitBalance = v;
+        },
+        [](GlobalSettings& s, double v) { s.dClarity = v; },
+        [](GlobalSettings& s, double v) {
+            s.dSharpAmount = v;
+            s.dSharpRadius = v;
+            s.dSharpMask = v;
+        },
+        [](GlobalSettings& s, double v) { s.dBlurLevel = v; },
+        [](GlobalSettings& s, double v) {
+            s.dVignetteAmount = s.dVignetteMidPoint = s.dVignetteRoundness = s.dVignetteFeather = v;
+        },
+    };
+    for (double v : {1e300, -1e300, 1e9, -1e9}) {
+        GlobalSettings all;
+        for (size_t k = 0; k < each.size(); ++k) {
+            GlobalSettings one;
+            each[k](one, v);
+            each[k](all, v);
+            Picture picture(GetParam());
+            ASSERT_TRUE(picture.Render(one)) << k << " at " << v;
+            for (int x = 0; x < picture.width; ++x) EXPECT_EQ(picture.At(x, 7, 3), original.At(x, 7, 3));
+        }
+        Picture picture(GetParam());
+        ASSERT_TRUE(picture.Render(all)) << v;
+    }
+    // An enormous exposure: black stays black (0 times the gain), all else is white.
+    const Picture blown = Rendered(GetParam(), [](GlobalSettings& s) { s.dExposure = 1e300; });
+    for (int y = 0; y < blown.height; ++y)
+        for (int x = 0; x < blown.width; ++x)
+            for (int i = 0; i < 3; ++i)
+                EXPECT_EQ(blown.At(x, y, i), original.At(x, y, i) == 0 ? 0 : static_cast<int>(blown.Max()));
+}
+
 INSTANTIATE_TEST_SUITE_P(EightAndSixteenBits, RendererEffects, ::testing::Values(1, 2));
 
 TEST(RendererEffects, CurveTablesOfAnotherLengthAreRefused) {
