@@ -79,30 +79,34 @@ void DetailFilters(uint8_t* pixels, int width, int height, int stride, const Glo
         const double sigma = std::max(2.0, std::min(width, height) / 50.0);
         const cv::Mat low = LowPass(luma, sigma);
         const float k = static_cast<float>(s.dClarity / 100.0);
-        for (int y = 0; y < height; ++y) {
-            const float* l = luma.ptr<float>(y);
-            const float* b = low.ptr<float>(y);
-            float* d = delta.ptr<float>(y);
-            for (int x = 0; x < width; ++x) {
-                const float centred = 2.0f * l[x] / max - 1.0f;
-                d[x] += k * (l[x] - b[x]) * (1.0f - centred * centred);
+        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+            for (int y = first; y < last; ++y) {
+                const float* l = luma.ptr<float>(y);
+                const float* b = low.ptr<float>(y);
+                float* d = delta.ptr<float>(y);
+                for (int x = 0; x < width; ++x) {
+                    const float centred = 2.0f * l[x] / max - 1.0f;
+                    d[x] += k * (l[x] - b[x]) * (1.0f - centred * centred);
+                }
             }
-        }
+        });
     }
     if (s.dSharpAmount != 0.0) {
         const double sigma = std::max(0.5, s.dSharpRadius / 2.0);
         const cv::Mat low = LowPass(luma, sigma);
         const float gain = static_cast<float>(2.0 * s.dSharpAmount / 100.0);
         const float threshold = static_cast<float>(std::max(0.0, s.dSharpMask) / 100.0 * max / 10.0);
-        for (int y = 0; y < height; ++y) {
-            const float* l = luma.ptr<float>(y);
-            const float* b = low.ptr<float>(y);
-            float* d = delta.ptr<float>(y);
-            for (int x = 0; x < width; ++x) {
-                const float detail = l[x] - b[x];
-                if (std::fabs(detail) >= threshold) d[x] += gain * detail;
+        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+            for (int y = first; y < last; ++y) {
+                const float* l = luma.ptr<float>(y);
+                const float* b = low.ptr<float>(y);
+                float* d = delta.ptr<float>(y);
+                for (int x = 0; x < width; ++x) {
+                    const float detail = l[x] - b[x];
+                    if (std::fabs(detail) >= threshold) d[x] += gain * detail;
+                }
             }
-        }
+        });
     }
     AddToColours<T>(pixels, width, height, stride, delta, max);
 }

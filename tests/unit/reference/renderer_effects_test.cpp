@@ -257,13 +257,15 @@ std::vector<Ladder> Ladders() {
 
 class RendererEffects : public ::testing::TestWithParam<int> {};
 
-TEST_P(RendererEffects, EachEffectMovesThePictureItsWayAndFurtherWithMore) {
-    const Picture original(GetParam());
+constexpr char kNoFilters[] = "this build has no OpenCV: clarity, sharpness and blur are left out";
+
+void ClimbLadders(int bytesPerChannel, bool filters) {
+    const Picture original(bytesPerChannel);
     for (const Ladder& ladder : Ladders()) {
-        if (ladder.needsFilters && !pcg::renderer::FiltersAvailable()) continue;
+        if (ladder.needsFilters != filters) continue;
         std::vector<double> measured;
         for (double v : ladder.values) {
-            const Picture rendered = Rendered(GetParam(), [&](GlobalSettings& s) { ladder.set(s, v); });
+            const Picture rendered = Rendered(bytesPerChannel, [&](GlobalSettings& s) { ladder.set(s, v); });
             measured.push_back(ladder.measure(rendered, original));
         }
         for (size_t i = 1; i < measured.size(); ++i)
@@ -272,9 +274,9 @@ TEST_P(RendererEffects, EachEffectMovesThePictureItsWayAndFurtherWithMore) {
     }
 }
 
-TEST_P(RendererEffects, EightAndSixteenBitsAgreeWithinOneEightBitStep) {
+void CompareDepths(bool filters) {
     for (const Ladder& ladder : Ladders()) {
-        if (ladder.needsFilters && !pcg::renderer::FiltersAvailable()) continue;
+        if (ladder.needsFilters != filters) continue;
         const double strong = std::fabs(ladder.values.front()) > std::fabs(ladder.values.back()) ? ladder.values.front()
                                                                                                  : ladder.values.back();
         const Adjust adjust = [&](GlobalSettings& s) { ladder.set(s, strong); };
@@ -289,6 +291,20 @@ TEST_P(RendererEffects, EightAndSixteenBitsAgreeWithinOneEightBitStep) {
                 }
         EXPECT_LE(worst, 1) << ladder.name << " at " << strong;
     }
+}
+
+TEST_P(RendererEffects, EachEffectMovesThePictureItsWayAndFurtherWithMore) { ClimbLadders(GetParam(), false); }
+
+TEST_P(RendererEffects, EachFilterMovesThePictureItsWayAndFurtherWithMore) {
+    if (!pcg::renderer::FiltersAvailable()) GTEST_SKIP() << kNoFilters;
+    ClimbLadders(GetParam(), true);
+}
+
+TEST(RendererDepths, EightAndSixteenBitsAgreeWithinOneEightBitStep) { CompareDepths(false); }
+
+TEST(RendererDepths, FiltersOnEightAndSixteenBitsAgreeWithinOneEightBitStep) {
+    if (!pcg::renderer::FiltersAvailable()) GTEST_SKIP() << kNoFilters;
+    CompareDepths(true);
 }
 
 // Every setting at its neutral value, and the settings that do nothing alone.
