@@ -77,6 +77,16 @@ bool CurveAt(const pcg::engine::CurveKeyframeVector& vector, int64_t time, std::
     return true;
 }
 
+// A whole-setting keyframe: the latest entry at or before `time`, else the
+// first after it. Settings are not blended.
+template <typename T>
+const T* SettingAt(const KeyframeVector<T>& vector, int64_t time) {
+    const KeyframeEntry<T>* before;
+    const KeyframeEntry<T>* after;
+    if (!Neighbours(vector, time, &before, &after)) return nullptr;
+    return before != nullptr ? &before->value : &after->value;
+}
+
 template <typename Record>
 const Record* As(const HeldRecord& held) {
     return reinterpret_cast<const Record*>(held.second);
@@ -169,6 +179,28 @@ GlobalSettings SettingsAt(const std::vector<HeldRecord>& records, int64_t time) 
             ValueAt(split->darkSaturation, time, &s.dSplitDarkSaturation);
             break;
         }
+        case FUNCTION_SET_COLORREPLACE:
+            if (const auto* replace = SettingAt(As<eng::ColorReplaceRecord>(held)->replacement, time)) {
+                s.bColourReplace = true;
+                for (int i = 0; i < 3; ++i) {
+                    s.dReplaceFrom[i] = replace->srcColor[i];
+                    s.dReplaceTo[i] = replace->dstColor[i];
+                }
+                s.dReplaceTolerance = replace->fSrcTolerance;
+            }
+            break;
+        case FUNCTION_SET_COLORSPLASH:
+            if (const auto* splash = SettingAt(As<eng::ColorSplashRecord>(held)->splash, time)) {
+                // The dropper colour on its own depth's scale, brought to 0..255.
+                const double depth = splash->dropperColor.eColorDepth == 65535 ? 65535.0 : 255.0;
+                s.bColourSplash = splash->bEnableColorsplash;
+                s.dSplashColour[0] = splash->dropperColor.nR * 255.0 / depth;
+                s.dSplashColour[1] = splash->dropperColor.nG * 255.0 / depth;
+                s.dSplashColour[2] = splash->dropperColor.nB * 255.0 / depth;
+                s.dSplashTolerance = splash->fTolerance;
+                s.dSplashHueShift = splash->fHueShift;
+            }
+            break;
         case FUNCTION_SET_BLUR_MASK:
             ValueAt(As<eng::BlurRecord>(held)->level, time, &s.dBlurLevel);
             break;

@@ -34,6 +34,10 @@ double Finite(double v, double neutral) { return std::isfinite(v) ? v : neutral;
 
 GlobalSettings Sanitized(const GlobalSettings& in) {
     GlobalSettings s = in;
+    for (double* v : {&s.dReplaceTolerance, &s.dSplashTolerance, &s.dSplashHueShift, &s.dReplaceFrom[0],
+                      &s.dReplaceFrom[1], &s.dReplaceFrom[2], &s.dReplaceTo[0], &s.dReplaceTo[1], &s.dReplaceTo[2],
+                      &s.dSplashColour[0], &s.dSplashColour[1], &s.dSplashColour[2]})
+        *v = Finite(*v, 0.0);
     for (double* v : {&s.dExposure, &s.dBrightness, &s.dContrast, &s.dTint, &s.dSaturation, &s.dBlacks, &s.dFillLight,
                       &s.dRecovery, &s.dWhites, &s.dVibrance, &s.dHueShift, &s.dTintHue, &s.dTintAmount,
                       &s.dSplitLightHue, &s.dSplitLightSaturation, &s.dSplitBalance, &s.dSplitDarkHue,
@@ -143,13 +147,15 @@ double PointValue(const PointPlan& p, const GlobalSettings& s, int memoryIndex, 
 
 struct ColourPlan {
     double dMax;
-    bool bSaturation, bVibrance, bHsl, bBlackWhite, bTint, bSplit;
+    bool bReplace, bSaturation, bVibrance, bHsl, bSplash, bBlackWhite, bTint, bSplit;
     double dSaturationGain, kVibrance;
     double dHueShiftDegrees;
     const GlobalSettings* pSettings;
     double dTintAmount, tint[3], dTintLuma;  // tint colour in memory order
     double dPivot, dLightStrength, light[3], dLightLuma, dDarkStrength, dark[3], dDarkLuma;
-    bool Active() const { return bSaturation || bVibrance || bHsl || bBlackWhite || bTint || bSplit; }
+    double dReplaceRadius, replaceFrom[3], replaceShift[3];  // memory order, unit scale
+    double dSplashHue, dSplashWidth;
+    bool Active() const { return bReplace || bSaturation || bVibrance || bHsl || bSplash || bBlackWhite || bTint || bSplit; }
 };
 
 bool AnyNonZero(const double (&values)[kBandCount]) {
@@ -171,6 +177,20 @@ ColourPlan MakeColourPlan(const GlobalSettings& s, double max) {
     ColourPlan p{};
     p.dMax = max;
     p.pSettings = &s;
+    p.dReplaceRadius = s.dReplaceTolerance / 100.0 * std::sqrt(3.0) / 2.0;
+    for (int i = 0; i < 3; ++i) {
+        p.replaceFrom[2 - i] = s.dReplaceFrom[i] / 255.0;
+        p.replaceShift[2 - i] = (s.dReplaceTo[i] - s.dReplaceFrom[i]) / 255.0;
+    }
+    p.bReplace = s.bColourReplace && p.dReplaceRadius > 0.0 &&
+                 (p.replaceShift[0] != 0.0 || p.replaceShift[1] != 0.0 || p.replaceShift[2] != 0.0);
+    p.bSplash = s.bColourSplash;
+    {
+        double l, sat;
+        RgbToHsl(Clamp(s.dSplashColour[0] / 255.0, 0.0, 1.0), Clamp(s.dSplashColour[1] / 255.0, 0.0, 1.0),
+                 Clamp(s.dSplashColour[2] / 255.0, 0.0, 1.0), &p.dSplashHue, &sat, &l);
+    }
+    p.dSplashWidth = Clamp(s.dSplashTolerance, 0.0, 100.0) / 100.0 * 180.0;
     p.bSaturation = s.dSaturation != 0.0;
     p.dSaturationGain = 1.0 + s.dSaturation / 100.0;
     p.bVibrance = s.dVibrance != 0.0;
@@ -214,6 +234,15 @@ double BandValue(const double (&values)[kBandCount], const BandShare& share) {
 void ColourPixel(const ColourPlan& p, double* c) {
     const GlobalSettings& s = *p.pSettings;
     const double max = p.dMax;
+    if (p.bReplace) {
+        double dist = 0.0;
+        for (int i = 0; i < 3; ++i) {
+            const double apart = c[i] / max - p.replaceFrom[i];
+            dist += apart * apart;
+        }
+        const double w = Clamp(1.0 - std::sqrt(dist) / p.dReplaceRadius, 0.0, 1.0);
+        for (int i = 0; i < 3; ++i) c[i] += w * p.replaceShift[i] * max;
+    }
     if (p.bSaturation) {
         const double y = LumaOf(c);
         for (int i = 0; i < 3; ++i) c[i] = y + (c[i] - y) * p.dSaturationGain;
@@ -239,6 +268,22 @@ void ColourPixel(const ColourPlan& p, double* c) {
             c[1] = g * max;
             c[2] = r * max;
         }
+    }
+    if (p.bSplash) {
+        double h, sat, l;
+        RgbToHsl(Clamp(c[2] / max, 0.0, 1.0), Clamp(c[1] / max, 0.0, 1.0), Clamp(c[0] / max, 0.0, 1.0), &h, &sat, &l);
+        const double apart = std::fabs(h - p.dSplashHue);
+        const double d = apart > 180.0 ? 360.0 - apart : apart;
+        const double kept = sat > 0.0 ? Clamp((p.dSplashWidth + 15.0 - d) / 15.0, 0.0, 1.0) : 0.0;
+        if (kept > 0.0 && s.dSplashHueShift != 0.0) {
+            double r, g, b;
+            HslToRgb(h + s.dSplashHueShift * 180.0 * kept, sat, l, &r, &g, &b);
+            c[0] = b * max;
+            c[1] = g * max;
+            c[2] = r * max;
+        }
+        const double y = LumaOf(c);
+        for (int i = 0; i < 3; ++i) c[i] = y + (c[i] - y) * kept;
     }
     if (p.bBlackWhite) {
         double grey = LumaOf(c);

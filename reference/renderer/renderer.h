@@ -30,6 +30,10 @@
 //   16-bit codes; t is read at u = clamp(t) * 65535, linearly between the two
 //   neighbouring entries, and becomes table(u) / 65535.
 // Stage 2, across the channels of a pixel (luma Y = 0.299 r + 0.587 g + 0.114 b):
+//   colour replacement (from colour f, to colour d, both 0..255, tolerance T
+//     0..100): with dist the distance of c / M from f / 255 in the unit cube
+//     and radius = T / 100 * sqrt(3) / 2, w = clamp(1 - dist / radius, 0, 1);
+//     c = c + w * (d - f) / 255 * M. T <= 0 or f = d is neutral.
 //   saturation S (-100..100):  c = Y + (c - Y) * (1 + S / 100)
 //   vibrance V (-100..100):    c = Y + (c - Y) * (1 + V / 100 * (1 - s)),
 //                              s = (max - min) / M, the pixel's own colourfulness
@@ -37,6 +41,11 @@
 //     (1 + v / 100), lightness towards white or black by v / 200 times the
 //     pixel's saturation, each weighted by the pixel's share of the band.
 //   hue shift H (-1..1):       hue rotated by H * 180 degrees
+//   colour splash (when on; dropper colour, tolerance T 0..100, hue shift
+//     H): with d the hue distance of the pixel from the dropper's (0..180
+//     degrees) and W = T / 100 * 180, kept k = clamp((W + 15 - d) / 15, 0, 1);
+//     the hue turns by H * 180 * k degrees, then c = Y + (c - Y) * k: the
+//     dropper's colours stay, everything else goes grey.
 //   black and white (when switched on): every channel becomes
 //     Y * (1 + sum over bands of weight * L_band / 100 * s)
 //   tint (hue h degrees, amount A 0..100): c = c + A / 100 * 4t(1-t) * (k_c - Y(k)) * M / 2,
@@ -88,6 +97,16 @@ struct GlobalSettings {
     double dBandSaturation[8] = {};
     double dBandLuminance[8] = {};
     double dHueShift = 0.0;          // -1..1
+
+    bool bColourReplace = false;
+    double dReplaceFrom[3] = {};     // red, green, blue, 0..255
+    double dReplaceTo[3] = {};
+    double dReplaceTolerance = 0.0;  // 0..100
+
+    bool bColourSplash = false;
+    double dSplashColour[3] = {};    // red, green, blue, 0..255
+    double dSplashTolerance = 0.0;   // 0..100
+    double dSplashHueShift = 0.0;    // -1..1
 
     bool bBlackWhite = false;
     double dBlackWhiteMix[8] = {};   // per colour band, -100..100

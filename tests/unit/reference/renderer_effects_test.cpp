@@ -206,6 +206,36 @@ std::vector<Ladder> Ladders() {
              s.dSplitBalance = v;
          },
          {-80, -30, 0, 30, 80}, channelGap(0, 2, Everywhere)},
+        {"colour replacement tolerance, orange to blue",
+         [](GlobalSettings& s, double v) {
+             s.bColourReplace = true;
+             const double from[3] = {200, 110, 50}, to[3] = {50, 110, 200};
+             for (int i = 0; i < 3; ++i) {
+                 s.dReplaceFrom[i] = from[i];
+                 s.dReplaceTo[i] = to[i];
+             }
+             s.dReplaceTolerance = v;
+         },
+         {0, 15, 40, 100}, channelGap(0, 2, Orange)},
+        {"colour splash tolerance",
+         [](GlobalSettings& s, double v) {
+             s.bColourSplash = true;
+             s.dSplashColour[0] = 200;
+             s.dSplashColour[1] = 120;
+             s.dSplashColour[2] = 40;
+             s.dSplashTolerance = v;
+         },
+         {0, 5, 20, 60}, mean(Colourful, Everywhere)},
+        {"colour splash hue shift",
+         [](GlobalSettings& s, double v) {
+             s.bColourSplash = true;
+             s.dSplashColour[0] = 200;
+             s.dSplashColour[1] = 120;
+             s.dSplashColour[2] = 40;
+             s.dSplashTolerance = 30;
+             s.dSplashHueShift = v;
+         },
+         {-0.05, 0, 0.05}, mean(HueOfPixel, Orange)},
         {"levels input black", [](GlobalSettings& s, double v) { s.masterLevels.dInBlack = v; }, {0.3, 0.15, 0.05, 0},
          mean(LumaMetric, Everywhere)},
         {"levels gamma", [](GlobalSettings& s, double v) { s.masterLevels.dGamma = v; }, {0.5, 0.8, 1, 1.3, 2},
@@ -354,6 +384,19 @@ TEST_P(RendererEffects, NeutralValuesLeaveEveryByteAsItWas) {
             s.dClarity = 0;
             s.dBlurLevel = 0;
         },
+        [](GlobalSettings& s) {
+            s.bColourSplash = false;
+            s.dSplashTolerance = 10;
+            s.dSplashColour[2] = 255;
+            s.bColourReplace = true;  // a replacement without tolerance
+            s.dReplaceFrom[0] = 255;
+            s.dReplaceTo[1] = 255;
+        },
+        [](GlobalSettings& s) {
+            s.bColourReplace = true;  // to the colour it comes from
+            s.dReplaceTolerance = 80;
+            s.dReplaceFrom[0] = s.dReplaceTo[0] = 128;
+        },
         // Levels that cannot be applied are left out.
         [](GlobalSettings& s) {
             s.masterLevels.dInBlack = 0.8;
@@ -415,6 +458,31 @@ TEST_P(RendererEffects, PerChannelEffectsKeepTheOrderOfCodes) {
             for (size_t j = 1; j < pairs.size(); ++j) ASSERT_LE(pairs[j - 1].second, pairs[j].second) << k << " " << i;
         }
     }
+}
+
+TEST_P(RendererEffects, ASplashThatKeepsEveryHueChangesNothing) {
+    const Picture original(GetParam());
+    const Picture rendered = Rendered(GetParam(), [](GlobalSettings& s) {
+        s.bColourSplash = true;
+        s.dSplashColour[0] = 10;
+        s.dSplashColour[1] = 200;
+        s.dSplashColour[2] = 30;
+        s.dSplashTolerance = 100;
+    });
+    EXPECT_EQ(rendered.pixels, original.pixels);
+}
+
+TEST_P(RendererEffects, ASplashOfBlueTurnsTheWarmPhotographGrey) {
+    const Picture rendered = Rendered(GetParam(), [](GlobalSettings& s) {
+        s.bColourSplash = true;
+        s.dSplashColour[2] = 255;
+        s.dSplashTolerance = 5;
+    });
+    int grey = 0;
+    for (int y = 0; y < rendered.height; ++y)
+        for (int x = 0; x < rendered.width; ++x)
+            grey += rendered.At(x, y, 0) == rendered.At(x, y, 1) && rendered.At(x, y, 1) == rendered.At(x, y, 2);
+    EXPECT_GT(grey, rendered.width * rendered.height * 9 / 10);
 }
 
 TEST_P(RendererEffects, BlackAndWhiteMakesEveryPixelGrey) {
@@ -522,6 +590,11 @@ TEST_P(RendererEffects, SettingsFarOutsideTheirRangesStillGiveCodes) {
         [](GlobalSettings& s, double v) {
             s.dSplitLightHue = s.dSplitDarkHue = v;
             s.dSplitLightSaturation = s.dSplitDarkSaturation = s.dSplitBalance = v;
+        },
+        [](GlobalSettings& s, double v) {
+            s.bColourReplace = s.bColourSplash = true;
+            for (int i = 0; i < 3; ++i) s.dReplaceFrom[i] = s.dReplaceTo[i] = s.dSplashColour[i] = v * (i - 1);
+            s.dReplaceTolerance = s.dSplashTolerance = s.dSplashHueShift = v;
         },
         [](GlobalSettings& s, double v) { s.dClarity = v; },
         [](GlobalSettings& s, double v) {

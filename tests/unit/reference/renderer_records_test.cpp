@@ -192,6 +192,51 @@ TEST_F(RecordsToSettings, OnlyNullTablesLeaveNoCurve) {
     EXPECT_TRUE(pcg::renderer::IsNeutral(At(0)));
 }
 
+TEST_F(RecordsToSettings, WholeSettingRecordsTakeTheLatestKeyframe) {
+    auto* replace = Make<eng::ColorReplaceRecord>(FUNCTION_SET_COLORREPLACE);
+    ColorReplaceSetting first{};
+    first.srcColor[0] = 250;
+    first.dstColor[2] = 90;
+    first.fSrcTolerance = 12.5f;
+    ColorReplaceSetting second = first;
+    second.srcColor[1] = 7;
+    ASSERT_TRUE(eng::AppendKeyframe<ColorReplaceSetting>(replace->replacement, 0, first));
+    ASSERT_TRUE(eng::AppendKeyframe<ColorReplaceSetting>(replace->replacement, 100, second));
+    auto* splash = Make<eng::ColorSplashRecord>(FUNCTION_SET_COLORSPLASH);
+    ColorsplashSetting setting{};
+    setting.fTolerance = 30.0f;
+    setting.dropperColor.nR = 65535;
+    setting.dropperColor.nG = 257;
+    setting.dropperColor.eColorDepth = static_cast<COLOR_DEPTH>(65535);
+    setting.bEnableColorsplash = true;
+    setting.fHueShift = -0.5f;
+    ASSERT_TRUE(eng::AppendKeyframe<ColorsplashSetting>(splash->splash, 0, setting));
+    GlobalSettings s = At(50);
+    EXPECT_TRUE(s.bColourReplace);
+    EXPECT_EQ(s.dReplaceFrom[0], 250);
+    EXPECT_EQ(s.dReplaceFrom[1], 0);
+    EXPECT_EQ(s.dReplaceTo[2], 90);
+    EXPECT_EQ(s.dReplaceTolerance, 12.5);
+    EXPECT_TRUE(s.bColourSplash);
+    EXPECT_EQ(s.dSplashColour[0], 255);
+    EXPECT_EQ(s.dSplashColour[1], 1);
+    EXPECT_EQ(s.dSplashColour[2], 0);
+    EXPECT_EQ(s.dSplashTolerance, 30);
+    EXPECT_EQ(s.dSplashHueShift, -0.5);
+    s = At(100);
+    EXPECT_EQ(s.dReplaceFrom[1], 7);
+    s = At(-100);  // before the first: the first
+    EXPECT_EQ(s.dReplaceFrom[1], 0);
+}
+
+TEST_F(RecordsToSettings, ASplashTurnedOffIsNeutral) {
+    auto* splash = Make<eng::ColorSplashRecord>(FUNCTION_SET_COLORSPLASH);
+    ColorsplashSetting setting{};  // zeroed by the converter: switched off
+    ASSERT_TRUE(eng::AppendKeyframe<ColorsplashSetting>(splash->splash, 0, setting));
+    EXPECT_FALSE(At(0).bColourSplash);
+    EXPECT_TRUE(pcg::renderer::IsNeutral(At(0)));
+}
+
 TEST_F(RecordsToSettings, TheLaterRecordOfAKindWins) {
     auto* first = Make<eng::SaturationRecord>(FUNCTION_SET_SATURATION);
     ASSERT_TRUE(eng::AppendKeyframe<int32_t>(first->saturation, 0, 10));
