@@ -10,7 +10,6 @@
 #include <random>
 #include <vector>
 
-#include "platform/parallel_slices.h"
 
 using pcg::renderer::ApplyLut3D;
 using pcg::renderer::IsUsable;
@@ -216,21 +215,6 @@ TEST_P(Lut3DTest, PaddingAndAlphaAreNotTouched) {
             EXPECT_EQ(picture.pixels[y * picture.stride + b], before.pixels[y * picture.stride + b]);
         for (int x = 0; x < 5; ++x) EXPECT_EQ(picture.At(x, y, 3), before.At(x, y, 3));
     }
-}
-
-TEST_P(Lut3DTest, SlicedRowsGiveTheSameAsOneThread) {
-    const Lut3D lut = MakeTable(17, [](double r, double g, double b, float* out) {
-        out[0] = static_cast<float>(std::sqrt(r) * 0.9 + b * 0.1);
-        out[1] = static_cast<float>(g * g);
-        out[2] = static_cast<float>(0.5 * (b + r));
-    });
-    Picture serial(301, 521, GetParam(), 11);
-    Picture sliced = serial;
-    pcg::platform::SetSliceThreadLimit(1);
-    ASSERT_TRUE(serial.Apply(lut));
-    pcg::platform::SetSliceThreadLimit(0);
-    ASSERT_TRUE(sliced.Apply(lut));
-    EXPECT_EQ(serial.pixels, sliced.pixels);
 }
 
 INSTANTIATE_TEST_SUITE_P(EightAndSixteenBits, Lut3DTest, ::testing::Values(1, 2));
