@@ -71,6 +71,67 @@ void AddToColours(uint8_t* pixels, int width, int height, int stride, const cv::
     });
 }
 
+double Held(double v, double lo, double hi, double otherwise) {
+    return std::isfinite(v) ? std::min(std::max(v, lo), hi) : otherwise;
+}
+
+bool LumaNoiseActive(const GlobalSettings& s) { return Held(s.dNoiseLumaAmount, 0.0, 100.0, 0.0) > 0.0; }
+bool ChromaNoiseActive(const GlobalSettings& s) { return Held(s.dNoiseChromaAmount, 0.0, 100.0, 0.0) > 0.0; }
+
+template <typename T>
+void LumaNoise(uint8_t* pixels, int width, int height, int stride, const GlobalSettings& s, float max) {
+    const cv::Mat luma = LumaOf<T>(pixels, width, height, stride);
+    const cv::Mat smooth = LowPass(luma, 1.5);
+    cv::Mat delta(height, width, CV_32F);
+    const float amount = static_cast<float>(Held(s.dNoiseLumaAmount, 0.0, 100.0, 0.0) / 100.0);
+    const float th = static_cast<float>((1.0 - 0.9 * Held(s.dNoiseLumaDetail, 0.0, 100.0, 50.0) / 100.0) * max / 10.0);
+    platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            const float* l = luma.ptr<float>(y);
+            const float* m = smooth.ptr<float>(y);
+            float* d = delta.ptr<float>(y);
+            for (int x = 0; x < width; ++x) {
+                const float e = m[x] - l[x];
+                d[x] = amount * e * th * th / (th * th + e * e);
+            }
+        }
+    });
+    AddToColours<T>(pixels, width, height, stride, delta, max);
+}
+
+template <typename T>
+void ChromaNoise(uint8_t* pixels, int width, int height, int stride, const GlobalSettings& s, int type, float max) {
+    cv::Mat picture(height, width, type, pixels, static_cast<size_t>(stride));
+    cv::Mat wide;
+    picture.convertTo(wide, CV_32FC4);
+    // Colour offsets from the luma, in the first three planes.
+    platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            float* row = wide.ptr<float>(y);
+            for (int x = 0; x < width; ++x) {
+                float* c = row + 4 * x;
+                const float l = 0.299f * c[2] + 0.587f * c[1] + 0.114f * c[0];
+                for (int i = 0; i < 3; ++i) c[i] -= l;
+            }
+        }
+    });
+    const double sigma = 3.0 * (1.0 - 0.8 * Held(s.dNoiseChromaDetail, 0.0, 100.0, 50.0) / 100.0);
+    const cv::Mat smooth = LowPass(wide, sigma);
+    const float amount = static_cast<float>(Held(s.dNoiseChromaAmount, 0.0, 100.0, 0.0) / 100.0);
+    platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            T* row = picture.ptr<T>(y);
+            const float* u = wide.ptr<float>(y);
+            const float* v = smooth.ptr<float>(y);
+            for (int x = 0; x < width; ++x)
+                for (int i = 0; i < 3; ++i) {
+                    const float out = std::floor(row[4 * x + i] + amount * (v[4 * x + i] - u[4 * x + i]) + 0.5f);
+                    row[4 * x + i] = static_cast<T>(!(out >= 0.0f) ? 0.0f : (out > max ? max : out));
+                }
+        }
+    });
+}
+
 template <typename T>
 void DetailFilters(uint8_t* pixels, int width, int height, int stride, const GlobalSettings& s, float max) {
     const cv::Mat luma = LumaOf<T>(pixels, width, height, stride);
@@ -139,7 +200,7 @@ bool SharpActive(const GlobalSettings& s) { return s.dSharpAmount != 0.0 && std:
 bool FiltersAvailable() { return true; }
 
 bool FiltersActive(const GlobalSettings& s) {
-    return (s.dClarity != 0.0 && std::isfinite(s.dClarity)) || SharpActive(s) ||
+    return LumaNoiseActive(s) || ChromaNoiseActive(s) || (s.dClarity != 0.0 && std::isfinite(s.dClarity)) || SharpActive(s) ||
            (s.dBlurLevel > 0.0 && std::isfinite(s.dBlurLevel));
 }
 
@@ -155,6 +216,14 @@ void ApplyFilters(uint8_t* pixels, int width, int height, int stride, int bytesP
     // millions of taps.
     usable.dSharpRadius = std::min(std::max(usable.dSharpRadius, 1.0), 15.0);
     const double blur = std::isfinite(usable.dBlurLevel) ? std::min(usable.dBlurLevel, 100.0) : 0.0;
+    if (LumaNoiseActive(usable)) {
+        if (bytesPerChannel == 1) LumaNoise<uint8_t>(pixels, width, height, stride, usable, 255.0f);
+        else LumaNoise<uint16_t>(pixels, width, height, stride, usable, 65535.0f);
+    }
+    if (ChromaNoiseActive(usable)) {
+        if (bytesPerChannel == 1) ChromaNoise<uint8_t>(pixels, width, height, stride, usable, CV_8UC4, 255.0f);
+        else ChromaNoise<uint16_t>(pixels, width, height, stride, usable, CV_16UC4, 65535.0f);
+    }
     if (usable.dClarity != 0.0 || usable.dSharpAmount != 0.0) {
         if (bytesPerChannel == 1) DetailFilters<uint8_t>(pixels, width, height, stride, usable, 255.0f);
         else DetailFilters<uint16_t>(pixels, width, height, stride, usable, 65535.0f);

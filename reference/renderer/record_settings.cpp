@@ -201,6 +201,14 @@ GlobalSettings SettingsAt(const std::vector<HeldRecord>& records, int64_t time) 
                 s.dSplashHueShift = splash->fHueShift;
             }
             break;
+        case FUNCTION_SET_NOISE: {
+            const auto* noise = As<eng::NoiseRecord>(held);
+            ValueAt(noise->lumaAmount, time, &s.dNoiseLumaAmount);
+            ValueAt(noise->lumaDetail, time, &s.dNoiseLumaDetail);
+            ValueAt(noise->chromaAmount, time, &s.dNoiseChromaAmount);
+            ValueAt(noise->chromaDetail, time, &s.dNoiseChromaDetail);
+            break;
+        }
         case FUNCTION_SET_BLUR_MASK:
             ValueAt(As<eng::BlurRecord>(held)->level, time, &s.dBlurLevel);
             break;

@@ -129,6 +129,18 @@ double FineDetail(const Picture& p) {
     return sum / count;
 }
 
+// Mean absolute difference of the colour (blue minus red) between horizontal neighbours.
+double ColourDetail(const Picture& p) {
+    double sum = 0;
+    int count = 0;
+    for (int y = 0; y < p.height; ++y)
+        for (int x = 0; x + 1 < p.width; ++x) {
+            sum += std::fabs((p.Unit8(x, y, 0) - p.Unit8(x, y, 2)) - (p.Unit8(x + 1, y, 0) - p.Unit8(x + 1, y, 2)));
+            ++count;
+        }
+    return sum / count;
+}
+
 // An effect, a ladder of its values, and what must rise along the ladder.
 struct Ladder {
     std::string name;
@@ -267,6 +279,10 @@ std::vector<Ladder> Ladders() {
          {0, 30, 60, 100}, [](const Picture& r, const Picture&) { return FineDetail(r); }, true},
         {"blur", [](GlobalSettings& s, double v) { s.dBlurLevel = v; }, {40, 15, 5, 0},
          [](const Picture& r, const Picture&) { return FineDetail(r); }, true},
+        {"luminance noise reduction", [](GlobalSettings& s, double v) { s.dNoiseLumaAmount = v; }, {100, 50, 20, 0},
+         [](const Picture& r, const Picture&) { return FineDetail(r); }, true},
+        {"colour noise reduction", [](GlobalSettings& s, double v) { s.dNoiseChromaAmount = v; }, {100, 50, 20, 0},
+         [](const Picture& r, const Picture&) { return ColourDetail(r); }, true},
         {"vignette amount", [](GlobalSettings& s, double v) { s.dVignetteAmount = v; }, {-100, -50, 0, 50, 100},
          mean(LumaMetric, Corner)},
         {"vignette midpoint, darkening",
@@ -383,6 +399,8 @@ TEST_P(RendererEffects, NeutralValuesLeaveEveryByteAsItWas) {
         [](GlobalSettings& s) {
             s.dClarity = 0;
             s.dBlurLevel = 0;
+            s.dNoiseLumaDetail = 90;  // detail without an amount
+            s.dNoiseChromaDetail = 10;
         },
         [](GlobalSettings& s) {
             s.bColourSplash = false;
@@ -548,6 +566,8 @@ TEST_P(RendererEffects, AlphaAndPaddingStayUnderEveryEffect) {
     s.dClarity = 50;
     s.dSharpAmount = 50;
     s.dBlurLevel = 10;
+    s.dNoiseLumaAmount = 50;
+    s.dNoiseChromaAmount = 50;
     s.dVignetteAmount = -50;
     Picture picture(GetParam());
     ASSERT_TRUE(picture.Render(s));
@@ -603,6 +623,9 @@ TEST_P(RendererEffects, SettingsFarOutsideTheirRangesStillGiveCodes) {
             s.dSharpMask = v;
         },
         [](GlobalSettings& s, double v) { s.dBlurLevel = v; },
+        [](GlobalSettings& s, double v) {
+            s.dNoiseLumaAmount = s.dNoiseLumaDetail = s.dNoiseChromaAmount = s.dNoiseChromaDetail = v;
+        },
         [](GlobalSettings& s, double v) {
             s.dVignetteAmount = s.dVignetteMidPoint = s.dVignetteRoundness = s.dVignetteFeather = v;
         },

@@ -245,9 +245,20 @@ TEST_F(RecordsToSettings, TheLaterRecordOfAKindWins) {
     EXPECT_EQ(At(0).dSaturation, -70);
 }
 
-TEST_F(RecordsToSettings, RecordsTheRendererDoesNotDrawChangeNothing) {
+TEST_F(RecordsToSettings, NoiseRecordFillsItsFourSettings) {
     auto* noise = Make<eng::NoiseRecord>(FUNCTION_SET_NOISE);
     ASSERT_TRUE(eng::AppendKeyframe<int32_t>(noise->lumaAmount, 0, 50));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(noise->lumaDetail, 0, 60));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(noise->chromaAmount, 0, 70));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(noise->chromaDetail, 0, 80));
+    const GlobalSettings s = At(0);
+    EXPECT_EQ(s.dNoiseLumaAmount, 50);
+    EXPECT_EQ(s.dNoiseLumaDetail, 60);
+    EXPECT_EQ(s.dNoiseChromaAmount, 70);
+    EXPECT_EQ(s.dNoiseChromaDetail, 80);
+}
+
+TEST_F(RecordsToSettings, RecordsTheRendererDoesNotDrawChangeNothing) {
     auto* hdr = Make<eng::HDRRecord>(FUNCTION_SET_HDR);
     ASSERT_TRUE(eng::AppendKeyframe<double>(hdr->edgeStrength, 0, 0.5));
     EXPECT_TRUE(pcg::renderer::IsNeutral(At(0)));
