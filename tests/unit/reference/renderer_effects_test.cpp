@@ -15,6 +15,7 @@
 
 #include "reference/renderer/colour_bands.h"
 #include "reference/renderer/filters.h"
+#include "reference/renderer/pixel_math.h"
 #include "reference/renderer/renderer.h"
 #include "tests/unit/reference/coffee_thumbnail.h"
 
@@ -727,6 +728,24 @@ TEST(ColourBands, HslRoundTripsAndKnownColours) {
         EXPECT_NEAR(g2, g, 1e-12);
         EXPECT_NEAR(b2, b, 1e-12);
     }
+}
+
+TEST(PixelMath, RoundsHalfUpAndClampsToTheCodes) {
+    using pcg::renderer::ToChannel;
+    EXPECT_EQ(ToChannel(0.0, 255.0), 0.0);
+    EXPECT_EQ(ToChannel(0.49, 255.0), 0.0);
+    EXPECT_EQ(ToChannel(0.5, 255.0), 1.0);
+    EXPECT_EQ(ToChannel(-0.5, 255.0), 0.0);
+    EXPECT_EQ(ToChannel(-0.51, 255.0), 0.0);
+    EXPECT_EQ(ToChannel(-1e300, 255.0), 0.0);
+    EXPECT_EQ(ToChannel(127.5, 255.0), 128.0);
+    EXPECT_EQ(ToChannel(254.49, 255.0), 254.0);
+    EXPECT_EQ(ToChannel(254.5, 255.0), 255.0);
+    EXPECT_EQ(ToChannel(1e300, 255.0), 255.0);
+    EXPECT_EQ(ToChannel(65534.7, 65535.0), 65535.0);
+    EXPECT_EQ(ToChannel(NAN, 65535.0), 0.0);
+    EXPECT_EQ(ToChannel(INFINITY, 65535.0), 65535.0);
+    EXPECT_EQ(ToChannel(-INFINITY, 65535.0), 0.0);
 }
 
 }  // namespace
