@@ -49,9 +49,10 @@ test-python-sanitize: deps
 
 # The code with threads and locks (platform primitives, the log, the
 # reference agent's writer lock, journal and event producer, the event ring,
-# the mask loops sliced over threads, the image retouch manager) under
-# ThreadSanitizer.
-THREAD_TESTS := platform_test runtime_test reference_test selection_test events_core_test image_retouch_mgr_test
+# the mask loops and the renderer's passes sliced over threads, the image
+# retouch manager) under ThreadSanitizer.
+THREAD_TESTS := platform_test runtime_test reference_test selection_test events_core_test image_retouch_mgr_test \
+  renderer_slices_test
 test-threads: deps
 	cmake -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_PYTHON=OFF -DPCG_SANITIZE=thread
 	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp pcg_ref_retouch
