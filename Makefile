@@ -88,8 +88,12 @@ fuzz-native-smoke: fuzz-native-build
 
 test: test-unit test-python test-leaks test-sanitize test-python-sanitize test-threads test-windows fuzz-smoke fuzz-native-smoke
 
+# Then grades the photograph python3-skimage bundles (installed by deps) and
+# writes before.png, after.png and histogram.png into DEMO_OUT.
+DEMO_OUT ?= $(abspath $(BUILD))/demo
 demo: build
 	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/demo.py
+	PYTHONPATH=$(abspath $(HOST)):$(abspath $(BUILD))/testing $(PYTHON) examples/grade_photo.py $(DEMO_OUT)
 
 # A smart selection on a photograph, written as an overlay picture.
 example-selection: build
