@@ -109,6 +109,7 @@ bench: deps
 	$(MAKE) build
 	PCG_BENCH_HOST=$(abspath $(HOST)) bash bench/run.sh $(BUILD)-bench
 	$(PYTHON) bench/events_bench.py $(abspath $(HOST))
+	$(PYTHON) bench/apply_effect_bench.py --host $(abspath $(HOST))
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-*
