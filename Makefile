@@ -105,10 +105,11 @@ bench-python: build
 
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
-	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench
+	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench render_depth_bench
 	$(MAKE) build
 	PCG_BENCH_HOST=$(abspath $(HOST)) bash bench/run.sh $(BUILD)-bench
 	$(PYTHON) bench/events_bench.py $(abspath $(HOST))
+	$(BUILD)-bench/bench/render_depth_bench
 	$(PYTHON) bench/apply_effect_bench.py --host $(abspath $(HOST))
 
 clean:
