@@ -249,3 +249,33 @@ def test_hostile_table_element_that_empties_the_list(facade, journal):
     table.insert(1, Shrinking())
     assert facade.SetLUT([7], 2, [0, 0, 0], [1, 1, 1], table, False) == 0
     assert journal.ops("SetLUT")[0]["args"][1]["table"] == [0.25, 0.125]
+
+
+def test_frames_and_questions_on_one_picture_from_several_threads(facade, journal, retouch):
+    """Each call waits for the picture's lock without the interpreter lock,
+    so threads that share a picture all finish, with the same answers."""
+    import threading
+
+    source = picture(64, 64, (90, 90, 90, 255))
+    answers = []
+    failures = []
+
+    def work():
+        try:
+            for _ in range(20):
+                frame = facade.ApplyEffectOnBuffer(7, 0, source, 0, 0)
+                answers.append((buffers.ReadBytes(frame)[:4], facade.Query_WBDropInfo(11, source, 5, 5, 0, 0)))
+                buffers.Release(frame)
+        except Exception as error:  # pragma: no cover - reported below
+            failures.append(error)
+
+    threads = [threading.Thread(target=work) for _ in range(4)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join(60)
+    assert not any(thread.is_alive() for thread in threads)
+    assert failures == []
+    assert answers == [(bytes([90, 90, 90, 255]), {"Tmp": 5000, "Tnt": 0})] * 80
+    assert buffers.RefCount(source) == 1
+    buffers.Release(source)
