@@ -172,25 +172,19 @@ void DetailFilters(uint8_t* pixels, int width, int height, int stride, const Glo
     AddToColours<T>(pixels, width, height, stride, delta, max);
 }
 
-// In single precision whatever the depth, so 8 and 16 bits blur alike.
-template <typename T>
-void Blur(uint8_t* pixels, int width, int height, int stride, double level, int type, float max) {
-    cv::Mat picture(height, width, type, pixels, static_cast<size_t>(stride));
+// On 16-bit codes whatever the depth (8-bit codes times 257 and back,
+// rounded), so 8 and 16 bits blur alike.
+void Blur(uint8_t* pixels, int width, int height, int stride, int bytesPerChannel, double level) {
+    cv::Mat picture(height, width, bytesPerChannel == 1 ? CV_8UC4 : CV_16UC4, pixels, static_cast<size_t>(stride));
     cv::Mat wide;
-    picture.convertTo(wide, CV_32FC4);
+    if (bytesPerChannel == 1) picture.convertTo(wide, CV_16UC4, 257.0);
+    else wide = picture.clone();
     const double sigma = level / 10.0;
     cv::GaussianBlur(wide, wide, cv::Size(0, 0), sigma, sigma, cv::BORDER_REFLECT_101);
-    platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
-        for (int y = first; y < last; ++y) {
-            T* row = picture.ptr<T>(y);
-            const float* from = wide.ptr<float>(y);
-            for (int x = 0; x < width; ++x)
-                for (int i = 0; i < 3; ++i) {
-                    const float v = std::floor(from[4 * x + i] + 0.5f);
-                    row[4 * x + i] = static_cast<T>(!(v >= 0.0f) ? 0.0f : (v > max ? max : v));
-                }
-        }
-    });
+    if (bytesPerChannel == 1) wide.convertTo(wide, CV_8UC4, 1.0 / 257.0);
+    // Back into the picture, alpha kept.
+    const int from[] = {0, 0, 1, 1, 2, 2};
+    cv::mixChannels(&wide, 1, &picture, 1, from, 3);
 }
 
 bool SharpActive(const GlobalSettings& s) { return s.dSharpAmount != 0.0 && std::isfinite(s.dSharpAmount); }
@@ -229,8 +223,7 @@ void ApplyFilters(uint8_t* pixels, int width, int height, int stride, int bytesP
         else DetailFilters<uint16_t>(pixels, width, height, stride, usable, 65535.0f);
     }
     if (blur > 0.0) {
-        if (bytesPerChannel == 1) Blur<uint8_t>(pixels, width, height, stride, blur, CV_8UC4, 255.0f);
-        else Blur<uint16_t>(pixels, width, height, stride, blur, CV_16UC4, 65535.0f);
+        Blur(pixels, width, height, stride, bytesPerChannel, blur);
     }
 }
 
