@@ -75,6 +75,8 @@ double Held(double v, double lo, double hi, double otherwise) {
     return std::isfinite(v) ? std::min(std::max(v, lo), hi) : otherwise;
 }
 
+bool GlowActive(const GlobalSettings& s) { return Held(s.dGlowStrength, 0.0, 100.0, 0.0) > 0.0; }
+bool EdgeActive(const GlobalSettings& s) { return Held(s.dEdgeStrength, 0.0, 100.0, 0.0) > 0.0; }
 bool LumaNoiseActive(const GlobalSettings& s) { return Held(s.dNoiseLumaAmount, 0.0, 100.0, 0.0) > 0.0; }
 bool ChromaNoiseActive(const GlobalSettings& s) { return Held(s.dNoiseChromaAmount, 0.0, 100.0, 0.0) > 0.0; }
 
@@ -136,6 +138,33 @@ template <typename T>
 void DetailFilters(uint8_t* pixels, int width, int height, int stride, const GlobalSettings& s, float max) {
     const cv::Mat luma = LumaOf<T>(pixels, width, height, stride);
     cv::Mat delta = cv::Mat::zeros(height, width, CV_32F);
+    if (GlowActive(s)) {
+        const double sigma = 2.0 + Held(s.dGlowRadius, 0.0, 100.0, 0.0) / 100.0 * std::min(width, height) / 20.0;
+        const cv::Mat low = LowPass(luma, sigma);
+        const float gain = static_cast<float>(Held(s.dGlowStrength, 0.0, 100.0, 0.0) / 100.0 / 2.0);
+        const float pivot = static_cast<float>(max * (0.5 + Held(s.dGlowBalance, -100.0, 100.0, 0.0) / 200.0));
+        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+            for (int y = first; y < last; ++y) {
+                const float* b = low.ptr<float>(y);
+                float* d = delta.ptr<float>(y);
+                for (int x = 0; x < width; ++x) d[x] += gain * (pivot - b[x]);
+            }
+        });
+    }
+    if (EdgeActive(s)) {
+        const cv::Mat low = LowPass(luma, 1.0 + Held(s.dEdgeRadius, 0.0, 100.0, 0.0) / 10.0);
+        const float gain = static_cast<float>(Held(s.dEdgeStrength, 0.0, 100.0, 0.0) / 100.0);
+        const float balance = static_cast<float>(Held(s.dEdgeBalance, -100.0, 100.0, 0.0) / 100.0);
+        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+            for (int y = first; y < last; ++y) {
+                const float* l = luma.ptr<float>(y);
+                const float* b = low.ptr<float>(y);
+                float* d = delta.ptr<float>(y);
+                for (int x = 0; x < width; ++x)
+                    d[x] += gain * (l[x] - b[x]) * (1.0f + balance * (2.0f * l[x] / max - 1.0f));
+            }
+        });
+    }
     if (s.dClarity != 0.0) {
         const double sigma = std::max(2.0, std::min(width, height) / 50.0);
         const cv::Mat low = LowPass(luma, sigma);
@@ -194,7 +223,7 @@ bool SharpActive(const GlobalSettings& s) { return s.dSharpAmount != 0.0 && std:
 bool FiltersAvailable() { return true; }
 
 bool FiltersActive(const GlobalSettings& s) {
-    return LumaNoiseActive(s) || ChromaNoiseActive(s) || (s.dClarity != 0.0 && std::isfinite(s.dClarity)) || SharpActive(s) ||
+    return LumaNoiseActive(s) || ChromaNoiseActive(s) || GlowActive(s) || EdgeActive(s) || (s.dClarity != 0.0 && std::isfinite(s.dClarity)) || SharpActive(s) ||
            (s.dBlurLevel > 0.0 && std::isfinite(s.dBlurLevel));
 }
 
@@ -218,7 +247,7 @@ void ApplyFilters(uint8_t* pixels, int width, int height, int stride, int bytesP
         if (bytesPerChannel == 1) ChromaNoise<uint8_t>(pixels, width, height, stride, usable, CV_8UC4, 255.0f);
         else ChromaNoise<uint16_t>(pixels, width, height, stride, usable, CV_16UC4, 65535.0f);
     }
-    if (usable.dClarity != 0.0 || usable.dSharpAmount != 0.0) {
+    if (usable.dClarity != 0.0 || usable.dSharpAmount != 0.0 || GlowActive(usable) || EdgeActive(usable)) {
         if (bytesPerChannel == 1) DetailFilters<uint8_t>(pixels, width, height, stride, usable, 255.0f);
         else DetailFilters<uint16_t>(pixels, width, height, stride, usable, 65535.0f);
     }
