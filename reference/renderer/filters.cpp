@@ -75,6 +75,8 @@ double Held(double v, double lo, double hi, double otherwise) {
     return std::isfinite(v) ? std::min(std::max(v, lo), hi) : otherwise;
 }
 
+bool GlowActive(const GlobalSettings& s) { return Held(s.dGlowStrength, 0.0, 100.0, 0.0) > 0.0; }
+bool EdgeActive(const GlobalSettings& s) { return Held(s.dEdgeStrength, 0.0, 100.0, 0.0) > 0.0; }
 bool LumaNoiseActive(const GlobalSettings& s) { return Held(s.dNoiseLumaAmount, 0.0, 100.0, 0.0) > 0.0; }
 bool ChromaNoiseActive(const GlobalSettings& s) { return Held(s.dNoiseChromaAmount, 0.0, 100.0, 0.0) > 0.0; }
 
@@ -136,6 +138,33 @@ template <typename T>
 void DetailFilters(uint8_t* pixels, int width, int height, int stride, const GlobalSettings& s, float max) {
     const cv::Mat luma = LumaOf<T>(pixels, width, height, stride);
     cv::Mat delta = cv::Mat::zeros(height, width, CV_32F);
+    if (GlowActive(s)) {
+        const double sigma = 2.0 + Held(s.dGlowRadius, 0.0, 100.0, 0.0) / 100.0 * std::min(width, height) / 20.0;
+        const cv::Mat low = LowPass(luma, sigma);
+        const float gain = static_cast<float>(Held(s.dGlowStrength, 0.0, 100.0, 0.0) / 100.0 / 2.0);
+        const float pivot = static_cast<float>(max * (0.5 + Held(s.dGlowBalance, -100.0, 100.0, 0.0) / 200.0));
+        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+            for (int y = first; y < last; ++y) {
+                const float* b = low.ptr<float>(y);
+                float* d = delta.ptr<float>(y);
+                for (int x = 0; x < width; ++x) d[x] += gain * (pivot - b[x]);
+            }
+        });
+    }
+    if (EdgeActive(s)) {
+        const cv::Mat low = LowPass(luma, 1.0 + Held(s.dEdgeRadius, 0.0, 100.0, 0.0) / 10.0);
+        const float gain = static_cast<float>(Held(s.dEdgeStrength, 0.0, 100.0, 0.0) / 100.0);
+        const float balance = static_cast<float>(Held(s.dEdgeBalance, -100.0, 100.0, 0.0) / 100.0);
+        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
+            for (int y = first; y < last; ++y) {
+                const float* l = luma.ptr<float>(y);
+                const float* b = low.ptr<float>(y);
+                float* d = delta.ptr<float>(y);
+                for (int x = 0; x < width; ++x)
+                    d[x] += gain * (l[x] - b[x]) * (1.0f + balance * (2.0f * l[x] / max - 1.0f));
+            }
+        });
+    }
     if (s.dClarity != 0.0) {
         const double sigma = std::max(2.0, std::min(width, height) / 50.0);
         const cv::Mat low = LowPass(luma, sigma);
@@ -172,25 +201,19 @@ void DetailFilters(uint8_t* pixels, int width, int height, int stride, const Glo
     AddToColours<T>(pixels, width, height, stride, delta, max);
 }
 
-// In single precision whatever the depth, so 8 and 16 bits blur alike.
-template <typename T>
-void Blur(uint8_t* pixels, int width, int height, int stride, double level, int type, float max) {
-    cv::Mat picture(height, width, type, pixels, static_cast<size_t>(stride));
+// On 16-bit codes whatever the depth (8-bit codes times 257 and back,
+// rounded), so 8 and 16 bits blur alike.
+void Blur(uint8_t* pixels, int width, int height, int stride, int bytesPerChannel, double level) {
+    cv::Mat picture(height, width, bytesPerChannel == 1 ? CV_8UC4 : CV_16UC4, pixels, static_cast<size_t>(stride));
     cv::Mat wide;
-    picture.convertTo(wide, CV_32FC4);
+    if (bytesPerChannel == 1) picture.convertTo(wide, CV_16UC4, 257.0);
+    else wide = picture.clone();
     const double sigma = level / 10.0;
     cv::GaussianBlur(wide, wide, cv::Size(0, 0), sigma, sigma, cv::BORDER_REFLECT_101);
-    platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
-        for (int y = first; y < last; ++y) {
-            T* row = picture.ptr<T>(y);
-            const float* from = wide.ptr<float>(y);
-            for (int x = 0; x < width; ++x)
-                for (int i = 0; i < 3; ++i) {
-                    const float v = std::floor(from[4 * x + i] + 0.5f);
-                    row[4 * x + i] = static_cast<T>(!(v >= 0.0f) ? 0.0f : (v > max ? max : v));
-                }
-        }
-    });
+    if (bytesPerChannel == 1) wide.convertTo(wide, CV_8UC4, 1.0 / 257.0);
+    // Back into the picture, alpha kept.
+    const int from[] = {0, 0, 1, 1, 2, 2};
+    cv::mixChannels(&wide, 1, &picture, 1, from, 3);
 }
 
 bool SharpActive(const GlobalSettings& s) { return s.dSharpAmount != 0.0 && std::isfinite(s.dSharpAmount); }
@@ -200,7 +223,7 @@ bool SharpActive(const GlobalSettings& s) { return s.dSharpAmount != 0.0 && std:
 bool FiltersAvailable() { return true; }
 
 bool FiltersActive(const GlobalSettings& s) {
-    return LumaNoiseActive(s) || ChromaNoiseActive(s) || (s.dClarity != 0.0 && std::isfinite(s.dClarity)) || SharpActive(s) ||
+    return LumaNoiseActive(s) || ChromaNoiseActive(s) || GlowActive(s) || EdgeActive(s) || (s.dClarity != 0.0 && std::isfinite(s.dClarity)) || SharpActive(s) ||
            (s.dBlurLevel > 0.0 && std::isfinite(s.dBlurLevel));
 }
 
@@ -224,13 +247,12 @@ void ApplyFilters(uint8_t* pixels, int width, int height, int stride, int bytesP
         if (bytesPerChannel == 1) ChromaNoise<uint8_t>(pixels, width, height, stride, usable, CV_8UC4, 255.0f);
         else ChromaNoise<uint16_t>(pixels, width, height, stride, usable, CV_16UC4, 65535.0f);
     }
-    if (usable.dClarity != 0.0 || usable.dSharpAmount != 0.0) {
+    if (usable.dClarity != 0.0 || usable.dSharpAmount != 0.0 || GlowActive(usable) || EdgeActive(usable)) {
         if (bytesPerChannel == 1) DetailFilters<uint8_t>(pixels, width, height, stride, usable, 255.0f);
         else DetailFilters<uint16_t>(pixels, width, height, stride, usable, 65535.0f);
     }
     if (blur > 0.0) {
-        if (bytesPerChannel == 1) Blur<uint8_t>(pixels, width, height, stride, blur, CV_8UC4, 255.0f);
-        else Blur<uint16_t>(pixels, width, height, stride, blur, CV_16UC4, 65535.0f);
+        Blur(pixels, width, height, stride, bytesPerChannel, blur);
     }
 }
 

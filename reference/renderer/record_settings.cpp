@@ -201,6 +201,16 @@ GlobalSettings SettingsAt(const std::vector<HeldRecord>& records, int64_t time) 
                 s.dSplashHueShift = splash->fHueShift;
             }
             break;
+        case FUNCTION_SET_HDR: {
+            const auto* hdr = As<eng::HDRRecord>(held);
+            ValueAt(hdr->glowStrength, time, &s.dGlowStrength);
+            ValueAt(hdr->glowRadius, time, &s.dGlowRadius);
+            ValueAt(hdr->glowBalance, time, &s.dGlowBalance);
+            ValueAt(hdr->edgeStrength, time, &s.dEdgeStrength);
+            ValueAt(hdr->edgeRadius, time, &s.dEdgeRadius);
+            ValueAt(hdr->edgeBalance, time, &s.dEdgeBalance);
+            break;
+        }
         case FUNCTION_SET_NOISE: {
             const auto* noise = As<eng::NoiseRecord>(held);
             ValueAt(noise->lumaAmount, time, &s.dNoiseLumaAmount);

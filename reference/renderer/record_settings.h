@@ -3,10 +3,9 @@
 // (all seven sliders), white balance, saturation, HSL with its vibrancy, black
 // and white (the header word is the switch), tint, hue shift, both tone curve
 // records, clarity, sharpen (amount, radius, masking), the post-crop
-// vignette, split tone, blur, noise reduction, colour replacement and colour
-// splash (their keyframes are whole settings: the latest at or before the
-// time is taken, not blended). HDR records are held by the engines but not
-// drawn; levels have no record.
+// vignette, split tone, blur, noise reduction, HDR, colour replacement and
+// colour splash (their keyframes are whole settings: the latest at or before
+// the time is taken, not blended). Levels have no record.
 //
 // A keyframe vector's value at time t: none (the setting stays neutral) when
 // it has no entry; the first entry's value before it, the last one's after

@@ -338,14 +338,18 @@ void RenderColours(uint8_t* pixels, int width, int height, int stride, const Glo
         return;
     }
     platform::ForEachSlice(height, minRows, [&](int first, int last) {
+        // Local copies: the pixel writes below may alias anything reached through a reference.
+        const ColourPlan plan = colour;
+        const double* const blue = table.data();
+        const double* const green = blue + codes;
+        const double* const red = green + codes;
         for (int y = first; y < last; ++y) {
             uint8_t* row = pixels + static_cast<size_t>(y) * static_cast<size_t>(stride);
             for (int x = 0; x < width; ++x) {
                 T px[4];
                 std::memcpy(px, row + static_cast<size_t>(x) * sizeof(px), sizeof(px));
-                double c[3];
-                for (int i = 0; i < 3; ++i) c[i] = table[i * codes + px[i]];
-                ColourPixel(colour, c);
+                double c[3] = {blue[px[0]], green[px[1]], red[px[2]]};
+                ColourPixel(plan, c);
                 for (int i = 0; i < 3; ++i) px[i] = static_cast<T>(ToChannel(c[i], max));
                 std::memcpy(row + static_cast<size_t>(x) * sizeof(px), px, sizeof(px));
             }

@@ -54,7 +54,7 @@
 //     saturation): p = 0.5 - balance / 200; lights weight (t - p) / (1 - p)
 //     above p, darks weight (p - t) / p below; c = c + (wl * sl / 100 *
 //     (k_light,c - Y(k_light)) + wd * sd / 100 * (k_dark,c - Y(k_dark))) * M / 2
-// Stage 3, filters (OpenCV; filters.h): noise reduction, clarity, sharpness, blur.
+// Stage 3, filters (OpenCV; filters.h): noise reduction, HDR, clarity, sharpness, blur.
 // Stage 4, the post-crop vignette (vignette.h).
 #pragma once
 
@@ -125,6 +125,12 @@ struct GlobalSettings {
     double dSharpRadius = 1.0;       // 1..15 (filters.h)
     double dSharpMask = 0.0;         // 0..100
     double dBlurLevel = 0.0;         // 0..100
+    double dGlowStrength = 0.0;      // HDR: 0..100
+    double dGlowRadius = 0.0;        // 0..100
+    double dGlowBalance = 0.0;       // -100..100
+    double dEdgeStrength = 0.0;      // 0..100
+    double dEdgeRadius = 0.0;        // 0..100
+    double dEdgeBalance = 0.0;       // -100..100
     double dNoiseLumaAmount = 0.0;   // 0..100
     double dNoiseLumaDetail = 50.0;  // 0..100
     double dNoiseChromaAmount = 0.0; // 0..100

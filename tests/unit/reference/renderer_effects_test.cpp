@@ -280,6 +280,28 @@ std::vector<Ladder> Ladders() {
          {0, 30, 60, 100}, [](const Picture& r, const Picture&) { return FineDetail(r); }, true},
         {"blur", [](GlobalSettings& s, double v) { s.dBlurLevel = v; }, {40, 15, 5, 0},
          [](const Picture& r, const Picture&) { return FineDetail(r); }, true},
+        {"HDR edge strength", [](GlobalSettings& s, double v) {
+             s.dEdgeStrength = v;
+             s.dEdgeRadius = 20;
+         },
+         {0, 30, 60, 100}, [](const Picture& r, const Picture&) { return FineDetail(r); }, true},
+        {"HDR glow strength, less spread between light and dark",
+         [](GlobalSettings& s, double v) {
+             s.dGlowStrength = v;
+             s.dGlowRadius = 50;
+         },
+         {100, 60, 30, 0},
+         [](const Picture& r, const Picture& o) {
+             const double m = MeanOver(r, o, LumaMetric, Everywhere);
+             return MeanOver(r, o, [m](const Picture& p, int x, int y) { return std::fabs(p.Luma(x, y) - m); },
+                             Everywhere);
+         },
+         true},
+        {"HDR glow balance", [](GlobalSettings& s, double v) {
+             s.dGlowStrength = 60;
+             s.dGlowBalance = v;
+         },
+         {-100, -30, 0, 30, 100}, mean(LumaMetric, Everywhere), true},
         {"luminance noise reduction", [](GlobalSettings& s, double v) { s.dNoiseLumaAmount = v; }, {100, 50, 20, 0},
          [](const Picture& r, const Picture&) { return FineDetail(r); }, true},
         {"colour noise reduction", [](GlobalSettings& s, double v) { s.dNoiseChromaAmount = v; }, {100, 50, 20, 0},
@@ -402,6 +424,10 @@ TEST_P(RendererEffects, NeutralValuesLeaveEveryByteAsItWas) {
             s.dBlurLevel = 0;
             s.dNoiseLumaDetail = 90;  // detail without an amount
             s.dNoiseChromaDetail = 10;
+            s.dGlowRadius = 40;  // HDR radii and balances without a strength
+            s.dGlowBalance = 20;
+            s.dEdgeRadius = 30;
+            s.dEdgeBalance = -20;
         },
         [](GlobalSettings& s) {
             s.bColourSplash = false;
@@ -569,6 +595,8 @@ TEST_P(RendererEffects, AlphaAndPaddingStayUnderEveryEffect) {
     s.dBlurLevel = 10;
     s.dNoiseLumaAmount = 50;
     s.dNoiseChromaAmount = 50;
+    s.dGlowStrength = 40;
+    s.dEdgeStrength = 40;
     s.dVignetteAmount = -50;
     Picture picture(GetParam());
     ASSERT_TRUE(picture.Render(s));
@@ -626,6 +654,10 @@ TEST_P(RendererEffects, SettingsFarOutsideTheirRangesStillGiveCodes) {
         [](GlobalSettings& s, double v) { s.dBlurLevel = v; },
         [](GlobalSettings& s, double v) {
             s.dNoiseLumaAmount = s.dNoiseLumaDetail = s.dNoiseChromaAmount = s.dNoiseChromaDetail = v;
+        },
+        [](GlobalSettings& s, double v) {
+            s.dGlowStrength = s.dGlowRadius = s.dGlowBalance = v;
+            s.dEdgeStrength = s.dEdgeRadius = s.dEdgeBalance = v;
         },
         [](GlobalSettings& s, double v) {
             s.dVignetteAmount = s.dVignetteMidPoint = s.dVignetteRoundness = s.dVignetteFeather = v;

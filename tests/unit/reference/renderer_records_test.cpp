@@ -258,10 +258,30 @@ TEST_F(RecordsToSettings, NoiseRecordFillsItsFourSettings) {
     EXPECT_EQ(s.dNoiseChromaDetail, 80);
 }
 
-TEST_F(RecordsToSettings, RecordsTheRendererDoesNotDrawChangeNothing) {
+TEST_F(RecordsToSettings, HdrRecordFillsItsSixSettings) {
     auto* hdr = Make<eng::HDRRecord>(FUNCTION_SET_HDR);
-    ASSERT_TRUE(eng::AppendKeyframe<double>(hdr->edgeStrength, 0, 0.5));
-    EXPECT_TRUE(pcg::renderer::IsNeutral(At(0)));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(hdr->glowStrength, 0, 11));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(hdr->glowRadius, 0, 22));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(hdr->glowBalance, 0, -33));
+    ASSERT_TRUE(eng::AppendKeyframe<double>(hdr->edgeStrength, 0, 44.5));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(hdr->edgeRadius, 0, 55));
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(hdr->edgeBalance, 0, 66));
+    const GlobalSettings s = At(0);
+    EXPECT_EQ(s.dGlowStrength, 11);
+    EXPECT_EQ(s.dGlowRadius, 22);
+    EXPECT_EQ(s.dGlowBalance, -33);
+    EXPECT_EQ(s.dEdgeStrength, 44.5);
+    EXPECT_EQ(s.dEdgeRadius, 55);
+    EXPECT_EQ(s.dEdgeBalance, 66);
+}
+
+TEST_F(RecordsToSettings, RecordsOfOtherFunctionsChangeNothing) {
+    auto* clarity = Make<eng::ClarityRecord>(FUNCTION_SET_CLARITY);
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(clarity->clarity, 0, 50));
+    // The same record held under a function the renderer does not draw.
+    const std::vector<HeldRecord> other = {{FUNCTION_SET_LENSCORRECT, &clarity->header}};
+    EXPECT_TRUE(pcg::renderer::IsNeutral(SettingsAt(other, 0)));
+    EXPECT_FALSE(pcg::renderer::IsNeutral(At(0)));
 }
 
 TEST_F(RecordsToSettings, ARecordChangesRenderedPixelsItsWay) {

@@ -70,6 +70,8 @@ TEST(RendererSlices, Filters) {
     ExpectSameSlicedAsSerial(1, Render(1, [](GlobalSettings& s) {
                                  s.dNoiseLumaAmount = 40;
                                  s.dNoiseChromaAmount = 40;
+                                 s.dGlowStrength = 30;
+                                 s.dEdgeStrength = 30;
                                  s.dClarity = 40;
                                  s.dSharpAmount = 40;
                                  s.dBlurLevel = 5;
