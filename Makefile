@@ -49,9 +49,10 @@ test-python-sanitize: deps
 
 # The code with threads and locks (platform primitives, the log, the
 # reference agent's writer lock, journal and event producer, the event ring,
-# the mask loops sliced over threads, the image retouch manager) under
-# ThreadSanitizer.
-THREAD_TESTS := platform_test runtime_test reference_test selection_test events_core_test image_retouch_mgr_test
+# the mask loops and the renderer's passes sliced over threads, the image
+# retouch manager) under ThreadSanitizer.
+THREAD_TESTS := platform_test runtime_test reference_test selection_test events_core_test image_retouch_mgr_test \
+  renderer_slices_test
 test-threads: deps
 	cmake -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=Debug -DPCG_WITH_PYTHON=OFF -DPCG_SANITIZE=thread
 	cmake --build $(BUILD)-tsan -j $(JOBS) --target $(THREAD_TESTS) pcg_ref_agent pcg_ref_iomp pcg_ref_retouch
@@ -87,8 +88,12 @@ fuzz-native-smoke: fuzz-native-build
 
 test: test-unit test-python test-leaks test-sanitize test-python-sanitize test-threads test-windows fuzz-smoke fuzz-native-smoke
 
+# Then grades the photograph python3-skimage bundles (installed by deps) and
+# writes before.png, after.png and histogram.png into DEMO_OUT.
+DEMO_OUT ?= $(abspath $(BUILD))/demo
 demo: build
 	PYTHONPATH=$(abspath $(HOST)) $(PYTHON) examples/effects.py
+	PYTHONPATH=$(abspath $(HOST)):$(abspath $(BUILD))/testing $(PYTHON) examples/grade_photo.py $(DEMO_OUT)
 
 # A smart selection on a photograph, written as an overlay picture.
 example-selection: build
@@ -100,10 +105,12 @@ bench-python: build
 
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
-	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench
+	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench render_depth_bench
 	$(MAKE) build
 	PCG_BENCH_HOST=$(abspath $(HOST)) bash bench/run.sh $(BUILD)-bench
 	$(PYTHON) bench/events_bench.py $(abspath $(HOST))
+	$(BUILD)-bench/bench/render_depth_bench
+	$(PYTHON) bench/apply_effect_bench.py --host $(abspath $(HOST))
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-*

@@ -2,6 +2,7 @@
 // string arguments of its constructor.
 
 %{
+#include "engine/effect_record.h"
 #include "facade/agent_registry.h"
 #include "facade/clipgrade.h"
 #include <new>
@@ -82,6 +83,26 @@ static IVXHvnDspAgent* pcg_AgentFromText(PyObject* o, bool* failed) {
   }
 }
 
+// A curve table for the engine reaches the script as a list of its 65536
+// integers; the table itself goes back to the heap it came from.
+%typemap(out) int* Query_ToneMapInfoForEngine {
+  if ($1 == 0) {
+    $result = PyErr_NoMemory();
+    SWIG_fail;
+  }
+  $result = PyList_New(TONE_MAX_TABLE_SIZE);
+  for (Py_ssize_t pcgIndex = 0; $result != 0 && pcgIndex < TONE_MAX_TABLE_SIZE; ++pcgIndex) {
+    PyObject* pcgValue = PyInt_FromLong($1[pcgIndex]);
+    if (pcgValue == 0) {
+      Py_CLEAR($result);
+      break;
+    }
+    PyList_SET_ITEM($result, pcgIndex, pcgValue);
+  }
+  pcg::engine::FreeEffectMemory($1);
+  if ($result == 0) SWIG_fail;
+}
+
 class IVXHvnDspAgent;
 // Pixel objects cross as opaque handles; the script never releases them.
 class IImageBuffer;
@@ -107,6 +128,25 @@ public:
     HRESULT PushTask(UINT videoID, long taskID, PyObject* effect, bool useBufferAgent);
     HRESULT ClearTask(UINT videoID, bool useBufferAgent);
     HRESULT AddMaskInfo(UINT videoID, long taskID, PyObject* masks, bool useBufferAgent);
+
+    // A new buffer with one reference that the script releases itself.
+    IImageBuffer* ApplyEffectOnBuffer(UINT videoID, long nParam, IImageBuffer* pSrc, LONGLONG llTime, UINT nFlags);
+    HRESULT SetLUT(PyObject* pyVideoIDList, PyObject* pySize, PyObject* pyDomainMin, PyObject* pyDomainMax,
+                   PyObject* pyTable, bool useBufferAgent);
+    HRESULT ClearLUT(PyObject* pyVideoIDList, bool useBufferAgent);
+    bool ApplyLUTOnBuffer(UINT videoID, IImageBuffer* pBuffer);
+
+    PyObject* Query_WBDropInfo(long lImageID, IImageBuffer* pBuffer, int nX, int nY, int nParam1, int nParam2);
+    bool Run_Query_TATMapInfoTask(long lImageID, long lTaskMask, IImageBuffer* pBuffer, int nX, int nY,
+                                  PixelInfo& info);
+    PyObject* Query_TATMapInfo(long lImageID, IImageBuffer* pBuffer, int nX, int nY);
+    PyObject* Query_ToneTATMapInfo(long lImageID, IImageBuffer* pBuffer, int nX, int nY);
+    PyObject* Query_ToneMapInfo(PyObject* pPyoSetting);
+    int* Query_ToneMapInfoForEngine(ToneCurveRGBSetting setToneCurve);
+    PyObject* Query_InterpolatedToneMapInfo(UINT nVideoID, LONGLONG llTime);
+    // Not owned by the wrapper: the script calls Release() itself.
+    CHistogramDist* GetHistogramInfo();
+    CHistogramDist* GetToneCurveHistogramInfo();
 
     HRESULT AddVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);
     HRESULT UpdateVideo(UINT videoID, LONGLONG llFirst, LONGLONG llSecond, double dValue);

@@ -76,6 +76,34 @@ public:
     // with it the agent). Null only when the heap refuses.
     int* Query_ToneMapInfoForEngine(ToneCurveRGBSetting setToneCurve);
 
+    // Colour questions (facade/query_*.cpp): a one-picture run on the image
+    // engine per question; None (or false) when it cannot be answered.
+    PyObject* Query_WBDropInfo(long lImageID, IImageBuffer* pBuffer, int nX, int nY, int nParam1, int nParam2);
+    bool Run_Query_TATMapInfoTask(long lImageID, long lTaskMask, IImageBuffer* pBuffer, int nX, int nY,
+                                  PixelInfo& info);
+    PyObject* Query_TATMapInfo(long lImageID, IImageBuffer* pBuffer, int nX, int nY);
+    PyObject* Query_ToneTATMapInfo(long lImageID, IImageBuffer* pBuffer, int nX, int nY);
+    // A 256-entry display curve through the dictionary's "TCurvPts".
+    PyObject* Query_ToneMapInfo(PyObject* pPyoSetting);
+    // Never None: empty unless the agent gave exactly four tables.
+    PyObject* Query_InterpolatedToneMapInfo(UINT nVideoID, LONGLONG llTime);
+    // A new histogram with one reference, the caller's.
+    CHistogramDist* GetHistogramInfo();
+    CHistogramDist* GetToneCurveHistogramInfo();
+    // One-line forwarders to the image engine; false without it or on failure.
+    bool SetImage(long lImageID, BufferData* pBufferData, ImageRetouchSetting imageSetting);
+    bool RegisterImageRatio(long lImageID, long lBufferID, float fRatio, BufferData* ratioBuffer);
+    bool UnregisterImageRatio(long lImageID, long lBufferID);
+    bool ReleaseImage(long lImageID);
+
+    // Single frames and look-up tables (facade/buffer_lut.cpp). The frame
+    // comes back as a new 4-byte buffer with one reference, the caller's.
+    IImageBuffer* ApplyEffectOnBuffer(UINT videoID, long nParam, IImageBuffer* pSrc, LONGLONG llTime, UINT nFlags);
+    HRESULT SetLUT(PyObject* pyVideoIDList, PyObject* pySize, PyObject* pyDomainMin, PyObject* pyDomainMax,
+                   PyObject* pyTable, bool useBufferAgent);
+    HRESULT ClearLUT(PyObject* pyVideoIDList, bool useBufferAgent);
+    bool ApplyLUTOnBuffer(UINT videoID, IImageBuffer* pBuffer);
+
     // Selections (facade/selection_*.cpp). Masks handed back are new buffers
     // from the allocator carrying one reference for the caller.
     HRESULT Selection_Initialize(IImageBuffer* pBufferData, PyObject* pPyoMaskLine);
@@ -199,6 +227,11 @@ private:
     void m_fnReleaseImageEngine();
     void m_fnFreeImageRetouchLibrary();
     void m_fnFreeAgentLibraries();
+    // The image engine's calls of a query run, each logging its failure.
+    HRESULT m_fnSetImage(long lImageID, BufferData* pBufferData);
+    HRESULT m_fnRegisterImageRatio(long lImageID, long lBufferID, float fRatio, BufferData* ratioBuffer);
+    HRESULT m_fnUnregisterImageRatio(long lImageID, long lBufferID);
+    HRESULT m_fnReleaseImage(long lImageID);
     // Frees the live mask and empties its view; a brush that aliased it
     // loses its view until the next mask is built (m_bBrushOnMask).
     void m_fnFreeSelectionMask();

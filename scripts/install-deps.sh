@@ -7,6 +7,7 @@ packages=(
   build-essential cmake make pkg-config
   python3 python3-dev python3-pytest
   python3-numpy python3-pil python3-skimage
+  python3-opencv
   swig
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   nlohmann-json3-dev

@@ -69,7 +69,8 @@ public:
     bool FindLut(uint32_t videoID, LutCopy* lut);
 
     // Renders the clip's held effects at `time` onto four-byte pixels with
-    // the shared reference renderer, under the store's lock (clip_render.cpp).
+    // the shared reference renderer; the records are read under the store's
+    // lock, the pixels drawn after it (clip_render.cpp).
     void RenderEffects(uint32_t videoID, int64_t time, uint8_t* pixels, int32_t width, int32_t height,
                        int32_t stride);
 

@@ -1,5 +1,7 @@
 #include "reference/agent/frame_work.h"
 
+#include "reference/renderer/lut3d.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -136,6 +138,17 @@ bool ApplyLut(const LutCopy& lut, uint8_t* pixels, int32_t width, int32_t height
     if (lut.table.size() == size * 3) {
         apply = ApplyCurves;
     } else if (size <= 1024 && lut.table.size() == size * size * size * 3) {
+        // Four-byte pixels go through the shared renderer's table, the one
+        // the clip render uses; three-byte pixels and tables it does not
+        // take (a size past 256, an empty domain) are read here.
+        pcg::renderer::Lut3D shared;
+        shared.nSize = lut.nSize;
+        std::copy(std::begin(lut.fDomainMin), std::end(lut.fDomainMin), shared.domainMin);
+        std::copy(std::begin(lut.fDomainMax), std::end(lut.fDomainMax), shared.domainMax);
+        shared.table = lut.table;
+        if (pixelBytes == 4 && pcg::renderer::IsUsable(shared)) {
+            return pcg::renderer::ApplyLut3D(pixels, width, height, width * 4, 1, shared);
+        }
         apply = ApplyCube;
     } else {
         return false;

@@ -11,6 +11,7 @@
 #include "reference/agent/sha256.h"
 #include "reference/renderer/record_settings.h"
 #include "reference/retouch/pixels_json.h"
+#include "reference/retouch/retouch_questions.h"
 #include "reference/retouch/retouch_state.h"
 
 namespace pcg {
@@ -18,7 +19,6 @@ namespace refretouch {
 
 namespace {
 const char kObject[] = "ImageRetouch";
-constexpr int32_t kResultNotImplemented = static_cast<int32_t>(0x80004001u);  // E_NOTIMPL
 }  // namespace
 
 CRefImageRetouch::CRefImageRetouch() : m_nInstance(RetouchState::Instance().NextInstance()) {
@@ -100,9 +100,33 @@ uint32_t CRefImageRetouch::Release() {
     return refs;
 }
 
-int32_t CRefImageRetouch::GetToneCurveInfo(ToneCurveRGBSetting, ToneMappingInfo* mappingInfo) {
-    m_fnJournal("GetToneCurveInfo", Json::array({mappingInfo != nullptr}));
-    return m_fnAnswer("GetToneCurveInfo", kResultNotImplemented);
+int32_t CRefImageRetouch::GetToneCurveInfo(ToneCurveRGBSetting setToneCurve, ToneMappingInfo* mappingInfo) {
+    Json pivots = Json::array();
+    const int count = std::min(std::max(setToneCurve.nPivotCount, 0), 20);
+    for (int i = 0; i < count; ++i) pivots.push_back(Json::array({setToneCurve.fPivotX[i], setToneCurve.fPivotY[i]}));
+    m_fnJournal("GetToneCurveInfo",
+                Json::array({Json{{"maxValue", setToneCurve.nMaxValue}, {"pivotCount", setToneCurve.nPivotCount},
+                                  {"pivots", pivots}},
+                             mappingInfo != nullptr}));
+    if (mappingInfo == nullptr || mappingInfo->MappingTable == nullptr) {
+        return m_fnAnswer("GetToneCurveInfo", kResultPointer);
+    }
+    if (setToneCurve.nMaxValue < 1 || setToneCurve.nMaxValue > 65535) {
+        return m_fnAnswer("GetToneCurveInfo", kResultInvalidArg);
+    }
+    const int32_t result = m_fnAnswer("GetToneCurveInfo", kResultOk);
+    if (result < 0) return result;  // a failing engine writes nothing
+    ToneCurveTable(setToneCurve, mappingInfo->MappingTable);
+    mappingInfo->nMappingTableSize = setToneCurve.nMaxValue + 1;
+    return result;
+}
+
+bool CRefImageRetouch::m_fnPicture(int32_t lImageID, PictureView* view) {
+    auto picture = m_pictures.find(lImageID);
+    if (picture == m_pictures.end()) return false;
+    *view = PictureView{picture->second.m_pixels.data(), picture->second.m_nWidth, picture->second.m_nHeight,
+                        picture->second.m_nPixelBytes};
+    return true;
 }
 
 int32_t CRefImageRetouch::SetImage(int32_t lImageID, BufferData* pBufferData, ImageRetouchSetting imageSetting) {
@@ -172,17 +196,59 @@ int32_t CRefImageRetouch::ReleaseImage(int32_t lImageID) {
 int32_t CRefImageRetouch::Query_WBDropInfo(int32_t lImageID, int32_t lBufferID, int nX, int nY,
                                            ImageTaskRecord* pRecord) {
     m_fnJournal("Query_WBDropInfo", Json::array({lImageID, lBufferID, nX, nY, TaskJson(pRecord)}));
-    return m_fnAnswer("Query_WBDropInfo", kResultNotImplemented);
+    if (pRecord == nullptr) return m_fnAnswer("Query_WBDropInfo", kResultPointer);
+    std::lock_guard<std::mutex> guard(m_lock);
+    PictureView picture{};
+    int temperature = 0;
+    int tint = 0;
+    if (!m_fnPicture(lImageID, &picture) ||
+        !DropWhiteBalance(picture, nX, nY, pRecord->nParam[0], &temperature, &tint)) {
+        return m_fnAnswer("Query_WBDropInfo", kResultInvalidArg);
+    }
+    // The answer goes behind the two parameters; an answer made a failure
+    // (SetResult) writes nothing, as a failing engine would.
+    const int32_t result = m_fnAnswer("Query_WBDropInfo", kResultOk);
+    if (result >= 0) {
+        pRecord->nParam[2] = temperature;
+        pRecord->nParam[3] = tint;
+    }
+    return result;
 }
 
-int32_t CRefImageRetouch::Query_TATMapInfo(int32_t lImageID, int32_t lBufferID, int nX, int nY, PixelInfo*) {
-    m_fnJournal("Query_TATMapInfo", Json::array({lImageID, lBufferID, nX, nY}));
-    return m_fnAnswer("Query_TATMapInfo", kResultNotImplemented);
+int32_t CRefImageRetouch::m_fnPixelQuestion(const char* op, int32_t lImageID, int32_t lBufferID, int nX, int nY,
+                                            PixelInfo* pInfo, bool tones) {
+    m_fnJournal(op, Json::array({lImageID, lBufferID, nX, nY}));
+    if (pInfo == nullptr) return m_fnAnswer(op, kResultPointer);
+    std::lock_guard<std::mutex> guard(m_lock);
+    PictureView picture{};
+    PixelInfo answer = *pInfo;
+    if (!m_fnPicture(lImageID, &picture) || !ReadPixelInfo(picture, nX, nY, &answer)) {
+        return m_fnAnswer(op, kResultInvalidArg);
+    }
+    const int32_t result = m_fnAnswer(op, kResultOk);
+    if (result < 0) return result;  // a failing engine writes nothing
+    // Each question writes only its own part of the record.
+    if (tones) {
+        std::copy(std::begin(answer.dToneWeight), std::end(answer.dToneWeight), std::begin(pInfo->dToneWeight));
+    } else {
+        pInfo->hueColor1 = answer.hueColor1;
+        pInfo->hueColor2 = answer.hueColor2;
+        pInfo->dWeight1 = answer.dWeight1;
+        pInfo->dWeight2 = answer.dWeight2;
+    }
+    std::copy(std::begin(answer.RGB), std::end(answer.RGB), std::begin(pInfo->RGB));
+    std::copy(std::begin(answer.HSV), std::end(answer.HSV), std::begin(pInfo->HSV));
+    std::copy(std::begin(answer.ROMMRGB), std::end(answer.ROMMRGB), std::begin(pInfo->ROMMRGB));
+    return result;
 }
 
-int32_t CRefImageRetouch::Query_ToneTATMapInfo(int32_t lImageID, int32_t lBufferID, int nX, int nY, PixelInfo*) {
-    m_fnJournal("Query_ToneTATMapInfo", Json::array({lImageID, lBufferID, nX, nY}));
-    return m_fnAnswer("Query_ToneTATMapInfo", kResultNotImplemented);
+int32_t CRefImageRetouch::Query_TATMapInfo(int32_t lImageID, int32_t lBufferID, int nX, int nY, PixelInfo* pInfo) {
+    return m_fnPixelQuestion("Query_TATMapInfo", lImageID, lBufferID, nX, nY, pInfo, false);
+}
+
+int32_t CRefImageRetouch::Query_ToneTATMapInfo(int32_t lImageID, int32_t lBufferID, int nX, int nY,
+                                               PixelInfo* pInfo) {
+    return m_fnPixelQuestion("Query_ToneTATMapInfo", lImageID, lBufferID, nX, nY, pInfo, true);
 }
 
 int32_t CRefImageRetouch::Image_StartRunAllTask(int32_t lImageID, int32_t lBufferID) {

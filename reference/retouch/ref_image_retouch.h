@@ -14,6 +14,7 @@
 
 #include "engine/image_retouch.h"
 #include "reference/agent/journal_json.h"
+#include "reference/retouch/retouch_questions.h"
 
 namespace pcg {
 namespace refretouch {
@@ -63,6 +64,11 @@ private:
     int32_t m_fnAnswer(const char* op, int32_t own);
     void m_fnJournal(const char* op, pcg::refagent::Json args);
     void m_fnFreeTasks(std::vector<Task>& tasks);
+    // The picture kept under the image ID; the lock is held by the caller.
+    bool m_fnPicture(int32_t lImageID, PictureView* view);
+    // The TAT map questions: hue bands, or tonal ranges when `tones`.
+    int32_t m_fnPixelQuestion(const char* op, int32_t lImageID, int32_t lBufferID, int nX, int nY, PixelInfo* pInfo,
+                              bool tones);
     // Everything kept for the image; the lock is held by the caller.
     void m_fnForgetImage(int32_t lImageID);
 

@@ -54,8 +54,17 @@
 // the registered buffer, sampled to its size, and renders the buffer's tone,
 // white balance and saturation records (at time 0) onto it with the shared
 // reference renderer (reference/renderer) when it is PIXEL_ARGB32 or
-// PIXEL_ARGB64. The questions (white balance
-// drop, TAT maps, tone curve) answer E_NOTIMPL for now.
+// PIXEL_ARGB64. The questions answer from the picture kept under the image
+// ID (formulas in reference/retouch/retouch_questions.h): Query_WBDropInfo
+// writes temperature and tint into param[2] and param[3] of the task record
+// (param[0] is the half-size of the square read); Query_TATMapInfo the two
+// nearest hue bands and weights, Query_ToneTATMapInfo the four tone weights,
+// each with RGB, HSV and ROMMRGB; a point outside the picture or an unknown
+// image answers E_INVALIDARG. GetToneCurveInfo writes nMaxValue + 1 entries
+// of a monotone cubic through the pivots into MappingTable (E_POINTER without
+// one, E_INVALIDARG for nMaxValue outside 1..65535) and sets
+// nMappingTableSize; its journal entry is [{"maxValue", "pivotCount",
+// "pivots": [[x, y], ...]}, table given].
 #pragma once
 
 #include <cstdint>

@@ -282,6 +282,31 @@ FACADE_MEMBERS = {
     "Manual_Initialize": _facade_args("runs", "integer", "integer"),
     "Manual_Uninitialize": _facade_args(),
     "Manual_UpdateStroke": _facade_args("positions", "integer", "boolish", "boolish"),
+    "ApplyEffectOnBuffer": _facade_args("video", "integer", "buffer", "integer", "video"),
+    "SetLUT": lambda gen, name: [_call(name, *_args(gen, [
+        lambda: gen.choice(["[%s]" % gen.video(), "[]", "[%s, %s]" % (gen.video(), gen.any()), gen.any()]),
+        lambda: gen.choice(["2", "17", "-1", gen.any()]),
+        lambda: gen.choice(["[0.0, 0.0, 0.0]", "[0.0, 0.0]", "[%s, %s, %s]" % (gen.any(), gen.any(), gen.any()),
+                            gen.any()]),
+        lambda: gen.choice(["[1.0, 1.0, 1.0]", "[1.0, 1.0, 1.0, 1.0]", gen.any()]),
+        lambda: gen.choice(["[0.5] * 24", "[]", "[%s] * 81" % gen.any(), "list(range(%d))" % gen.rng.randint(0, 200),
+                            gen.any()]),
+        gen.boolish]))],
+    "ClearLUT": _facade_args("any", "boolish"),
+    "ApplyLUTOnBuffer": _facade_args("video", "buffer"),
+    "Query_WBDropInfo": _facade_args("integer", "buffer", "integer", "integer", "integer", "integer"),
+    "Run_Query_TATMapInfoTask": _facade_args("integer", "integer", "buffer", "integer", "integer", "any"),
+    "Query_TATMapInfo": _facade_args("integer", "buffer", "integer", "integer"),
+    "Query_ToneTATMapInfo": _facade_args("integer", "buffer", "integer", "integer"),
+    "Query_ToneMapInfo": lambda gen, name: [_call(name, gen.choice([
+        "{'TCurvPts': [(0.25, 0.5), (0.75, 0.5)]}", "{'TCurvPts': [(0.1, 0.2)] * 25}",
+        "{'TCurvPts': %s}" % gen.any(), "{}", gen.any()]))],
+    "Query_ToneMapInfoForEngine": _facade_args("any"),
+    "Query_InterpolatedToneMapInfo": _facade_args("video", "integer"),
+    "GetHistogramInfo": lambda gen, name: ["H = keep(f.GetHistogramInfo())",
+                                           gen.choice(["H.Release()", "H.AddRef()", "H.m_pHisdist.nTotalCount"])],
+    "GetToneCurveHistogramInfo": lambda gen, name: ["H = keep(f.GetToneCurveHistogramInfo())",
+                                                    gen.choice(["H.Release()", "H.m_pHisdist"])],
 }
 
 

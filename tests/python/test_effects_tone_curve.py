@@ -1,6 +1,7 @@
 """The tone curves: each keyframe carries a mapping table of 65536 values,
 computed at the push; the master and channel forms differ on malformed
-items. Without an image engine every table is the zero-filled block."""
+items. Here the facade has no image engine, so every table is the
+zero-filled block; the engine's own curves are in test_query_tone_map.py."""
 
 import hashlib
 
@@ -24,7 +25,8 @@ LIMIT_LINE = "free pivot count(%d) exceed the limit, reduce to max"
 
 @pytest.fixture
 def facade(shadow):
-    return shadow.PyClipGrade()
+    # Its own "DspMain" and no buffer agent, hence no image engine.
+    return shadow.PyClipGrade("@_PtrWrapper_$=0", 0)
 
 
 def pivots(count):
@@ -97,7 +99,7 @@ def test_master_absent_key_or_empty_list_gives_an_empty_vector(facade, journal):
 
 
 def test_master_logs_the_pivot_limit_with_the_full_count(trace_on, shadow, journal, capfd):
-    facade = shadow.PyClipGrade()
+    facade = shadow.PyClipGrade("@_PtrWrapper_$=0", 0)
     capfd.readouterr()
     push_record(facade, journal, PY_SET_TONE_CURVE, {"TCurvPts": [[0, pivots(21), 2], [1, pivots(20), 2]]})
     lines = trace_lines(capfd.readouterr().err)
@@ -105,7 +107,7 @@ def test_master_logs_the_pivot_limit_with_the_full_count(trace_on, shadow, journ
 
 
 def test_master_item_with_twenty_pivots_logs_no_limit(trace_on, shadow, journal, capfd):
-    facade = shadow.PyClipGrade()
+    facade = shadow.PyClipGrade("@_PtrWrapper_$=0", 0)
     capfd.readouterr()
     push_record(facade, journal, PY_SET_TONE_CURVE, {"TCurvPts": [[0, pivots(20), 2]]})
     lines = trace_lines(capfd.readouterr().err)
@@ -161,7 +163,7 @@ def test_channel_keys_are_read_only_in_their_own_dictionary(facade, journal):
 
 
 def test_channel_missing_outer_dictionary_leaves_that_channel_empty(trace_on, shadow, journal, capfd):
-    facade = shadow.PyClipGrade()
+    facade = shadow.PyClipGrade("@_PtrWrapper_$=0", 0)
     capfd.readouterr()
     effect = {28: {"TCurvRPts": [[1, [], 2]]}, 30: {"TCurvBPts": [[3, [], 2]]}}
     result, _, record = push_record(facade, journal, PY_SET_TONE_CURVE_CHANNEL, effect)
@@ -172,7 +174,7 @@ def test_channel_missing_outer_dictionary_leaves_that_channel_empty(trace_on, sh
 
 
 def test_channel_logs_count_per_item_and_the_limit(trace_on, shadow, journal, capfd):
-    facade = shadow.PyClipGrade()
+    facade = shadow.PyClipGrade("@_PtrWrapper_$=0", 0)
     capfd.readouterr()
     effect = channels(red=[[0, pivots(21), 2], [1, pivots(3), 2]], green=[[0, [], 2]], blue=[[0, pivots(20), 2]])
     push_record(facade, journal, PY_SET_TONE_CURVE_CHANNEL, effect)
@@ -187,7 +189,7 @@ def test_channel_logs_count_per_item_and_the_limit(trace_on, shadow, journal, ca
 
 
 def test_pivots_that_are_no_list_are_logged(trace_on, shadow, journal, capfd):
-    facade = shadow.PyClipGrade()
+    facade = shadow.PyClipGrade("@_PtrWrapper_$=0", 0)
     capfd.readouterr()
     push_record(facade, journal, PY_SET_TONE_CURVE, {"TCurvPts": [[40, None, 3]]})
     push_record(facade, journal, PY_SET_TONE_CURVE_CHANNEL, channels(blue=[[50, ((0.5, 0.5),), 1]]))

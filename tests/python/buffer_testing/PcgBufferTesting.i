@@ -44,19 +44,72 @@ IImageBuffer* NewBuffer(unsigned int width, unsigned int height, unsigned int pi
     return buffer;
 }
 
-// Copies bytes into the pixels, at most as many as there are; the count copied.
+// Copies bytes into the pixels, at most as many as there are; the count
+// copied. Any object with contiguous bytes (bytes, bytearray, memoryview, a
+// numpy array) is copied straight from its own memory: one copy in all.
 long WriteBytes(IImageBuffer* buffer, PyObject* data) {
-    if (!buffer || !PyBytes_Check(data)) return -1;
+    if (!buffer || !data || !PyObject_CheckBuffer(data)) return -1;
+    Py_buffer view;
+    if (PyObject_GetBuffer(data, &view, PyBUF_C_CONTIGUOUS) != 0) {
+        PyErr_Clear();
+        return -1;
+    }
     uint8_t* p = nullptr;
     int w = 0, h = 0;
     buffer->LockBuffer(&p, &w, &h);
     const size_t capacity = static_cast<size_t>(w) * h * buffer->GetPixelBytes();
-    size_t count = static_cast<size_t>(PyBytes_Size(data));
+    size_t count = static_cast<size_t>(view.len);
     if (count > capacity) count = capacity;
-    if (count) std::memcpy(p, PyBytes_AsString(data), count);
+    if (count) std::memcpy(p, view.buf, count);
     buffer->UnlockBuffer();
+    PyBuffer_Release(&view);
     return static_cast<long>(count);
 }
+
+// Copies the pixels into a writable object with contiguous bytes (bytearray,
+// a numpy array), at most as many as fit; the count copied, -1 when the
+// object cannot be written.
+long ReadInto(IImageBuffer* buffer, PyObject* target) {
+    if (!buffer || !target || !PyObject_CheckBuffer(target)) return -1;
+    Py_buffer view;
+    if (PyObject_GetBuffer(target, &view, PyBUF_C_CONTIGUOUS | PyBUF_WRITABLE) != 0) {
+        PyErr_Clear();
+        return -1;
+    }
+    uint8_t* p = nullptr;
+    int w = 0, h = 0;
+    buffer->LockBuffer(&p, &w, &h);
+    size_t count = static_cast<size_t>(w) * h * buffer->GetPixelBytes();
+    if (count > static_cast<size_t>(view.len)) count = static_cast<size_t>(view.len);
+    if (count) std::memcpy(view.buf, p, count);
+    buffer->UnlockBuffer();
+    PyBuffer_Release(&view);
+    return static_cast<long>(count);
+}
+
+// Records scripts receive but cannot make, for the tests of the members
+// that take them: a TAT map record prepared as the facade prepares its own,
+// and a curve setting with free pivots [(x, y), ...] (the first 20 read).
+PixelInfo* NewPixelInfo() {
+    PixelInfo* info = new PixelInfo;
+    info->hueColor1 = Hue_None;
+    info->hueColor2 = Hue_None;
+    info->bGetROMMRGB = 1;
+    return info;
+}
+void DeletePixelInfo(PixelInfo* info) { delete info; }
+ToneCurveRGBSetting* NewToneCurveSetting(PyObject* pivots, int pivotCount) {
+    ToneCurveRGBSetting* setting = new ToneCurveRGBSetting;
+    const Py_ssize_t size = PyList_Check(pivots) ? PyList_Size(pivots) : 0;
+    for (Py_ssize_t i = 0; i < size && i < 20; ++i) {
+        if (!PyArg_ParseTuple(PyList_GetItem(pivots, i), "ff", &setting->fPivotX[i], &setting->fPivotY[i])) {
+            PyErr_Clear();
+        }
+    }
+    setting->nPivotCount = pivotCount;
+    return setting;
+}
+void DeleteToneCurveSetting(ToneCurveRGBSetting* setting) { delete setting; }
 
 // The pixels as bytes.
 PyObject* ReadBytes(IImageBuffer* buffer) {
@@ -110,6 +163,13 @@ class PyClipGrade;
 
 IImageBuffer* NewBuffer(unsigned int width, unsigned int height, unsigned int pixelBytes);
 long WriteBytes(IImageBuffer* buffer, PyObject* data);
+long ReadInto(IImageBuffer* buffer, PyObject* target);
+struct PixelInfo;
+struct ToneCurveRGBSetting;
+PixelInfo* NewPixelInfo();
+void DeletePixelInfo(PixelInfo* info);
+ToneCurveRGBSetting* NewToneCurveSetting(PyObject* pivots, int pivotCount);
+void DeleteToneCurveSetting(ToneCurveRGBSetting* setting);
 PyObject* ReadBytes(IImageBuffer* buffer);
 PyObject* Shape(IImageBuffer* buffer);
 int AddRef(IImageBuffer* buffer);
