@@ -326,7 +326,8 @@ std::vector<Ladder> Ladders() {
 
 class RendererEffects : public ::testing::TestWithParam<int> {};
 
-constexpr char kNoFilters[] = "this build has no OpenCV: clarity, sharpness and blur are left out";
+constexpr char kNoFilters[] =
+    "this build has no OpenCV: noise reduction, HDR, clarity, sharpness and blur are left out";
 
 void ClimbLadders(int bytesPerChannel, bool filters) {
     const Picture original(bytesPerChannel);

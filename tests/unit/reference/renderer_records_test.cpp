@@ -276,10 +276,10 @@ TEST_F(RecordsToSettings, HdrRecordFillsItsSixSettings) {
 }
 
 TEST_F(RecordsToSettings, RecordsOfOtherFunctionsChangeNothing) {
-    auto* clarity = Make<eng::ClarityRecord>(FUNCTION_SET_CLARITY);
-    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(clarity->clarity, 0, 50));
+    auto* saturation = Make<eng::SaturationRecord>(FUNCTION_SET_SATURATION);
+    ASSERT_TRUE(eng::AppendKeyframe<int32_t>(saturation->saturation, 0, 50));
     // The same record held under a function the renderer does not draw.
-    const std::vector<HeldRecord> other = {{FUNCTION_SET_LENSCORRECT, &clarity->header}};
+    const std::vector<HeldRecord> other = {{FUNCTION_SET_LENSCORRECT, &saturation->header}};
     EXPECT_TRUE(pcg::renderer::IsNeutral(SettingsAt(other, 0)));
     EXPECT_FALSE(pcg::renderer::IsNeutral(At(0)));
 }

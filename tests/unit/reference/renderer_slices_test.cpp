@@ -66,7 +66,7 @@ TEST(RendererSlices, ColourPass) {
 
 TEST(RendererSlices, Filters) {
     if (!pcg::renderer::FiltersAvailable())
-        GTEST_SKIP() << "this build has no OpenCV: clarity, sharpness and blur are left out";
+        GTEST_SKIP() << "this build has no OpenCV: noise reduction, HDR, clarity, sharpness and blur are left out";
     ExpectSameSlicedAsSerial(1, Render(1, [](GlobalSettings& s) {
                                  s.dNoiseLumaAmount = 40;
                                  s.dNoiseChromaAmount = 40;
