@@ -159,6 +159,13 @@ int RotateRowAvx2(const RotateGeometry& g, double ic, double is, int j0, int j1,
             pairs[k] = static_cast<int32_t>(upper | (static_cast<uint32_t>(lower) << 16));
         }
         const __m128i both = _mm_load_si128(reinterpret_cast<const __m128i*>(pairs));
+        // Four zero neighbours weigh to 0 whatever the weights (a NaN sum
+        // converts to 0 too): the unselected part of a mask costs no
+        // arithmetic.
+        if (_mm_testz_si128(both, both)) {
+            std::memset(pOut + j, 0, 4);
+            continue;
+        }
         const __m128i top = both;
         const __m128i bottom = _mm_srli_epi32(both, 16);
         const __m128i tlByte = _mm_and_si128(top, vByte);
