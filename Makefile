@@ -101,13 +101,13 @@ example-selection: build
 
 # The selection members through Python beside the same C++ calls and numpy.
 bench-python: build
-	PYTHONPATH=$(abspath $(HOST)):$(abspath $(BUILD))/testing $(PYTHON) bench/selection_python_bench.py
+	$(PYTHON) bench/selection_bench.py --host $(abspath $(HOST)) --testing $(abspath $(BUILD))/testing
 
 bench: deps
 	cmake -S . -B $(BUILD)-bench -DCMAKE_BUILD_TYPE=Release -DPCG_WITH_BENCH=ON -DPCG_WITH_TESTS=OFF
 	cmake --build $(BUILD)-bench -j $(JOBS) --target selection_bench render_depth_bench
 	$(MAKE) build
-	PCG_BENCH_HOST=$(abspath $(HOST)) bash bench/run.sh $(BUILD)-bench
+	PCG_BENCH_HOST=$(abspath $(HOST)) PCG_BENCH_TESTING=$(abspath $(BUILD))/testing bash bench/run.sh $(BUILD)-bench
 	$(PYTHON) bench/events_bench.py $(abspath $(HOST))
 	$(BUILD)-bench/bench/render_depth_bench
 	$(PYTHON) bench/apply_effect_bench.py --host $(abspath $(HOST))

@@ -11,6 +11,8 @@ if [[ ! -x "$bin" ]]; then
 fi
 "$bin" --benchmark_min_time=0.1 --benchmark_repetitions=5 \
   --benchmark_enable_random_interleaving=true "${@:2}"
-# The run lists through the module, beside numpy; PCG_BENCH_HOST names the
-# host folder of a built module (make bench passes build/host).
-/usr/bin/python3 "$(dirname "$0")/selection_bench.py" --host "${PCG_BENCH_HOST:-}"
+# The run lists through the module, beside numpy and the C++ calls;
+# PCG_BENCH_HOST and PCG_BENCH_TESTING name the host folder of a built module
+# and its test companion's folder (make bench passes build/host and build/testing).
+/usr/bin/python3 "$(dirname "$0")/selection_bench.py" --host "${PCG_BENCH_HOST:-}" \
+  --testing "${PCG_BENCH_TESTING:-}"

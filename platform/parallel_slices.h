@@ -21,11 +21,14 @@ void SetSliceThreadLimit(int nThreads);
 using SliceRoutine = void (*)(void* context, int first, int last);
 
 // Calls work(context, first, last) over contiguous slices that cover
-// [0, count) exactly once. A slice has at least minSlice items, and there are
-// never more slices than SliceThreadCount(). The first slice runs on the
-// calling thread, the others on threads started for this call; all are done
-// when the call returns. With one slice nothing is started. A thread that
-// cannot be started leaves its slice to the caller. `work` must not throw.
+// [0, count) exactly once, each of at least minSlice items. At most
+// SliceThreadCount() threads run them, the calling thread included: the
+// others are helpers kept from call to call, and each thread takes the next
+// slice not yet begun, so a helper the system starts late leaves its slices
+// to the rest (there are a few slices per thread for that). With fewer than
+// two threads' worth of items the one slice runs on the caller and no
+// helper is asked. All slices are done when the call returns. `work` must
+// not throw.
 void ForEachSlice(int count, int minSlice, SliceRoutine work, void* context);
 
 template <class F>

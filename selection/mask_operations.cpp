@@ -150,7 +150,7 @@ int RotateRowAvx2(const RotateGeometry& g, double ic, double is, int j0, int j1,
         // time: plain loads beat the processor's gather here.
         alignas(16) int32_t at[4];
         _mm_store_si128(reinterpret_cast<__m128i*>(at), _mm_add_epi32(_mm_mullo_epi32(iy, vStride), ix));
-        alignas(16) int32_t pairs[4];
+        int32_t pairs[4];
         for (int k = 0; k < 4; ++k) {
             uint16_t upper;
             uint16_t lower;
@@ -158,7 +158,16 @@ int RotateRowAvx2(const RotateGeometry& g, double ic, double is, int j0, int j1,
             std::memcpy(&lower, g.pIn + at[k] + g.nStride, 2);
             pairs[k] = static_cast<int32_t>(upper | (static_cast<uint32_t>(lower) << 16));
         }
-        const __m128i both = _mm_load_si128(reinterpret_cast<const __m128i*>(pairs));
+        // Put together in registers: four narrow stores read back as one
+        // vector would wait for the stores to reach the cache.
+        const __m128i both = _mm_setr_epi32(pairs[0], pairs[1], pairs[2], pairs[3]);
+        // Four zero neighbours weigh to 0 whatever the weights (a NaN sum
+        // converts to 0 too): the unselected part of a mask costs no
+        // arithmetic.
+        if (_mm_testz_si128(both, both)) {
+            std::memset(pOut + j, 0, 4);
+            continue;
+        }
         const __m128i top = both;
         const __m128i bottom = _mm_srli_epi32(both, 16);
         const __m128i tlByte = _mm_and_si128(top, vByte);

@@ -1,13 +1,20 @@
 #include "selection/selection_lines.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <mutex>
+#include <vector>
 
 #include "runtime/dump_log.h"
 #include "selection/byte_scan.h"
 #include "selection/row_slices.h"
 #include "selection/simd_dispatch.h"
 #include "engine/result_codes.h"
+
+#if PCG_AVX2_KERNELS
+#include <immintrin.h>
+#endif
 
 namespace {
 
@@ -20,29 +27,6 @@ struct ScanRect {
     int nRight;
     int nBottom;
 };
-
-// Calls on(c, opening, closing) for each 64-column word of a row, c its
-// first column: bit i of opening is set where a run starts at column c + i,
-// bit i of closing where the column c + i is the first one after a run. The
-// last word is padded with unselected columns, so a run reaching the end of
-// the row closes at the width there, unless the width ends a whole word.
-template <class OnWord>
-inline __attribute__((always_inline)) void ForEachEdgeWord(const uint8_t* pRow, int nWidth, OnWord&& on) {
-    uint64_t nPrevious = 0;
-    int c = 0;
-    for (; c + 64 <= nWidth; c += 64) {
-        const uint64_t nonZero = pcg::scan::NonZeroBits64(pRow + c);
-        const uint64_t before = (nonZero << 1) | nPrevious;
-        on(c, nonZero & ~before, ~nonZero & before);
-        nPrevious = nonZero >> 63;
-    }
-    if (c < nWidth) {
-        uint64_t nonZero = 0;
-        for (int i = c; i < nWidth; ++i) nonZero |= static_cast<uint64_t>(pRow[i] != 0) << (i - c);
-        const uint64_t before = (nonZero << 1) | nPrevious;
-        on(c, nonZero & ~before, ~nonZero & before);
-    }
-}
 
 // rectROI, or the whole buffer when the rectangle has no width and no height.
 ScanRect RectOf(const BufferData& mask) {
@@ -60,83 +44,146 @@ struct RunScan {
     int nTop;
 };
 
-// Runs per row of [r0, r1) into pCount[r].
-inline __attribute__((always_inline)) void CountRunsBody(const RunScan& scan, int r0, int r1, int64_t* pCount) {
-    for (int r = r0; r < r1; ++r) {
-        int64_t nEdges = 0;
-        ForEachEdgeWord(scan.pBuffer + static_cast<int64_t>(r) * scan.nStride, scan.nWidth,
-                        [&](int, uint64_t opening, uint64_t closing) {
-                            nEdges += __builtin_popcountll(opening | closing);
-                        });
-        pCount[r] = (nEdges + 1) / 2;
+// Room past the most runs a row can have, for the decoding that writes
+// eight at a time.
+constexpr int kDecodeSlack = 8;
+
+// For each byte value: the places of its set bits, lowest first, and how
+// many there are.
+struct BitPlaces {
+    uint8_t at[256][8];
+    uint8_t count[256];
+};
+
+constexpr BitPlaces MakeBitPlaces() {
+    BitPlaces t{};
+    for (int b = 0; b < 256; ++b) {
+        int n = 0;
+        for (int i = 0; i < 8; ++i)
+            if (b & (1 << i)) t.at[b][n++] = static_cast<uint8_t>(i);
+        t.count[b] = static_cast<uint8_t>(n);
     }
+    return t;
 }
 
-// The runs of rows [r0, r1), row r's first at pLines + rowStart[r].
-inline __attribute__((always_inline)) void WriteRunsBody(const RunScan& scan, int r0, int r1,
-                                                         const int64_t* rowStart, SelectionLine* pLines) {
-    const int nLeft = scan.nLeft;
-    for (int r = r0; r < r1; ++r) {
-        const int16_t nY = static_cast<int16_t>(scan.nTop + r);
-        SelectionLine* pRun = pLines + rowStart[r];
-        // A run open at the end of a word closes at the first closing edge
-        // of a later one; one still open at the end of the row closes at the
-        // width. Openings and closings are walked as two separate chains.
-        bool bOpen = false;
-        int nStart = 0;
-        ForEachEdgeWord(scan.pBuffer + static_cast<int64_t>(r) * scan.nStride, scan.nWidth,
-                        [&](int c, uint64_t opening, uint64_t closing) {
-                            if (bOpen) {
-                                if (!closing) return;
-                                *pRun++ = {static_cast<int16_t>(nLeft + nStart), nY,
-                                           static_cast<int16_t>(c + __builtin_ctzll(closing) - nStart)};
-                                closing &= closing - 1;
-                                bOpen = false;
-                            }
-                            // Every closing left has its opening in this word.
-                            for (int n = __builtin_popcountll(closing); n > 0; --n) {
-                                const int nFrom = __builtin_ctzll(opening);
-                                const int nTo = __builtin_ctzll(closing);
-                                opening &= opening - 1;
-                                closing &= closing - 1;
-                                *pRun++ = {static_cast<int16_t>(nLeft + c + nFrom), nY,
-                                           static_cast<int16_t>(nTo - nFrom)};
-                            }
-                            if (opening) {
-                                bOpen = true;
-                                nStart = c + __builtin_ctzll(opening);
-                            }
-                        });
-        if (bOpen) *pRun++ = {static_cast<int16_t>(nLeft + nStart), nY, static_cast<int16_t>(scan.nWidth - nStart)};
-    }
-}
+constexpr BitPlaces kBitPlaces = MakeBitPlaces();
 
-// The same bodies compiled for the processors with AVX2, whose bit counting
-// and bit scanning are single instructions.
+namespace plain {
+#define PCG_RUN_WORDS_AVX2 0
+#include "selection/run_scan_kernels.inc"
+#undef PCG_RUN_WORDS_AVX2
+}  // namespace plain
+
 #if PCG_AVX2_KERNELS
-PCG_TARGET_AVX2 void CountRunsAvx2(const RunScan& scan, int r0, int r1, int64_t* pCount) {
-    CountRunsBody(scan, r0, r1, pCount);
-}
-PCG_TARGET_AVX2 void WriteRunsAvx2(const RunScan& scan, int r0, int r1, const int64_t* rowStart,
-                                   SelectionLine* pLines) {
-    WriteRunsBody(scan, r0, r1, rowStart, pLines);
-}
+#pragma GCC push_options
+#pragma GCC target("avx2,popcnt,bmi,bmi2")
+namespace avx2 {
+#define PCG_RUN_WORDS_AVX2 1
+#include "selection/run_scan_kernels.inc"
+#undef PCG_RUN_WORDS_AVX2
+}  // namespace avx2
+#pragma GCC pop_options
 #endif
-void CountRuns(const RunScan& scan, int r0, int r1, int64_t* pCount, bool bVector) {
+
+void CountRows(const RunScan& scan, int r0, int r1, int64_t* pCount, bool bVector) {
 #if PCG_AVX2_KERNELS
-    if (bVector) return CountRunsAvx2(scan, r0, r1, pCount);
+    if (bVector) return avx2::CountRows(scan, r0, r1, pCount);
 #else
     (void)bVector;
 #endif
-    CountRunsBody(scan, r0, r1, pCount);
+    plain::CountRows(scan, r0, r1, pCount);
 }
-void WriteRuns(const RunScan& scan, int r0, int r1, const int64_t* rowStart, SelectionLine* pLines, bool bVector) {
+
+int64_t CountSampleRows(const RunScan& scan, int nHeight, int nSamples, bool bVector) {
 #if PCG_AVX2_KERNELS
-    if (bVector) return WriteRunsAvx2(scan, r0, r1, rowStart, pLines);
+    if (bVector) return avx2::CountSampleRows(scan, nHeight, nSamples);
 #else
     (void)bVector;
 #endif
-    WriteRunsBody(scan, r0, r1, rowStart, pLines);
+    return plain::CountSampleRows(scan, nHeight, nSamples);
+}
+
+// Scratch for one slice: the edges of one row.
+std::vector<int16_t> RowEdges(int nWidth) { return std::vector<int16_t>(static_cast<size_t>(nWidth) + 1 + kDecodeSlack); }
+
+void WriteRows(const RunScan& scan, int r0, int r1, const int64_t* rowStart, SelectionLine* pLines, bool bVector) {
+    std::vector<int16_t> edges = RowEdges(scan.nWidth);
+#if PCG_AVX2_KERNELS
+    if (bVector) return avx2::WriteRows(scan, r0, r1, rowStart, pLines, edges.data());
+#else
+    (void)bVector;
+#endif
+    plain::WriteRows(scan, r0, r1, rowStart, pLines, edges.data());
+}
+
+void AppendRows(const RunScan& scan, int r0, int r1, std::vector<SelectionLine>& out, bool bVector) {
+    std::vector<int16_t> edges = RowEdges(scan.nWidth);
+#if PCG_AVX2_KERNELS
+    if (bVector) return avx2::AppendRows(scan, r0, r1, out, edges.data());
+#else
+    (void)bVector;
+#endif
+    plain::AppendRows(scan, r0, r1, out, edges.data());
+}
+
+std::atomic<int> g_nRunPasses{0};
+
+// Whether the list will be short beside the mask: under one byte of list
+// for eight of mask, judged on up to 16 rows spread over it.
+bool FewRuns(const RunScan& scan, int nHeight, bool bVector) {
+    switch (g_nRunPasses.load(std::memory_order_relaxed)) {
+        case 1: return true;
+        case 2: return false;
+        default: break;
+    }
+    const int nSamples = std::min(nHeight, 16);
+    const int64_t nRuns = CountSampleRows(scan, nHeight, nSamples, bVector);
+    return nRuns * static_cast<int64_t>(sizeof(SelectionLine)) * 8 < static_cast<int64_t>(nSamples) * scan.nWidth;
+}
+
+// One pass: each slice fills a list of its own, and the lists are joined
+// in row order. A short list costs less to copy than a second read of the
+// mask.
+void OnePass(const RunScan& scan, int nHeight, bool bVector, std::vector<SelectionLine>& lines) {
+    struct Part {
+        int nFirstRow;
+        std::vector<SelectionLine> lines;
+    };
+    std::vector<Part> parts;
+    parts.reserve(static_cast<size_t>(pcg::platform::SliceThreadCount()));
+    // A leaf lock: nothing else is taken while it is held.
+    std::mutex partsLock;
+    pcg::selection::ForEachRowSlice(nHeight, scan.nWidth, [&](int r0, int r1) {
+        Part part{r0, {}};
+        AppendRows(scan, r0, r1, part.lines, bVector);
+        std::lock_guard<std::mutex> hold(partsLock);
+        parts.push_back(std::move(part));
+    });
+    std::sort(parts.begin(), parts.end(), [](const Part& a, const Part& b) { return a.nFirstRow < b.nFirstRow; });
+    size_t nTotal = 0;
+    for (const Part& part : parts) nTotal += part.lines.size();
+    lines.resize(nTotal);
+    size_t nAt = 0;
+    for (const Part& part : parts) {
+        if (!part.lines.empty())
+            std::memcpy(lines.data() + nAt, part.lines.data(), part.lines.size() * sizeof(SelectionLine));
+        nAt += part.lines.size();
+    }
+}
+
+// Two passes: count each row's runs, then write them straight to their
+// place in the list, so a long list is never copied.
+void TwoPasses(const RunScan& scan, int nHeight, bool bVector, std::vector<SelectionLine>& lines) {
+    std::vector<int64_t> rowStart(static_cast<size_t>(nHeight) + 1, 0);
+    pcg::selection::ForEachRowSlice(nHeight, scan.nWidth, [&](int r0, int r1) {
+        CountRows(scan, r0, r1, rowStart.data() + 1, bVector);
+    });
+    for (int r = 0; r < nHeight; ++r) rowStart[static_cast<size_t>(r) + 1] += rowStart[static_cast<size_t>(r)];
+    lines.resize(static_cast<size_t>(rowStart[static_cast<size_t>(nHeight)]));
+    SelectionLine* pLines = lines.data();
+    pcg::selection::ForEachRowSlice(nHeight, scan.nWidth, [&](int r0, int r1) {
+        WriteRows(scan, r0, r1, rowStart.data(), pLines, bVector);
+    });
 }
 
 }  // namespace
@@ -146,32 +193,27 @@ int32_t MaskToPoint(const BufferData& mask, std::vector<SelectionLine>& lines) {
         DumpLog("MaskToPoint Null Pointer : mask.pBuffer\n");
         return pcg::kResultPointer;
     }
-    lines.clear();
     const ScanRect rect = RectOf(mask);
     const int nWidth = rect.nRight - rect.nLeft;
     const int nHeight = rect.nBottom - rect.nTop;
+    if (nHeight < 1 || nWidth < 1 || nWidth > kMaxSide || nHeight > kMaxSide) lines.clear();
     if (nHeight < 1 || nWidth < 1) return pcg::kResultOk;
     if (nWidth > kMaxSide || nHeight > kMaxSide) {
         // 16-bit counters would never reach the end of such a side.
         DumpLog("MaskToPoint [Err] mask side above 32767: %d x %d\n", nWidth, nHeight);
         return pcg::kResultFail;
     }
-    // Two passes over row slices: count each row's runs, then write them
-    // straight to their place in the list.
     const RunScan scan = {mask.pBuffer, mask.nStride, nWidth, rect.nLeft, rect.nTop};
     const bool bVector = pcg::selection::UseAvx2();
-    std::vector<int64_t> rowStart(static_cast<size_t>(nHeight) + 1, 0);
-    pcg::selection::ForEachRowSlice(nHeight, nWidth, [&](int r0, int r1) {
-        CountRuns(scan, r0, r1, rowStart.data() + 1, bVector);
-    });
-    for (int r = 0; r < nHeight; ++r) rowStart[static_cast<size_t>(r) + 1] += rowStart[static_cast<size_t>(r)];
-    lines.resize(static_cast<size_t>(rowStart[static_cast<size_t>(nHeight)]));
-    SelectionLine* pLines = lines.data();
-    pcg::selection::ForEachRowSlice(nHeight, nWidth, [&](int r0, int r1) {
-        WriteRuns(scan, r0, r1, rowStart.data(), pLines, bVector);
-    });
+    // Both forms size the list to its count and write every entry, so a
+    // list kept from an earlier call is not cleared first: shrinking it
+    // costs nothing, where clearing and growing it again zeroes it all.
+    if (FewRuns(scan, nHeight, bVector)) OnePass(scan, nHeight, bVector, lines);
+    else TwoPasses(scan, nHeight, bVector, lines);
     return pcg::kResultOk;
 }
+
+void SetRunListPasses(int nPasses) { g_nRunPasses.store(nPasses == 1 || nPasses == 2 ? nPasses : 0, std::memory_order_relaxed); }
 
 int32_t PointToMask(const SelectionLine* pLines, int nCount, const BufferData& mask, bool bInv) {
     if (!mask.pBuffer) {

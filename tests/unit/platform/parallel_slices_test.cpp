@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -52,7 +54,12 @@ TEST(ParallelSlices, EveryItemExactlyOnce) {
 TEST(ParallelSlices, SlicesAreContiguousAndBounded) {
     const std::vector<Slice> slices = SlicesOf(1001, 7);
     ASSERT_FALSE(slices.empty());
-    EXPECT_LE(static_cast<int>(slices.size()), SliceThreadCount());
+    EXPECT_LE(static_cast<int>(slices.size()), 1001 / 7);
+    std::vector<std::thread::id> threads;
+    for (const Slice& slice : slices) threads.push_back(slice.thread);
+    std::sort(threads.begin(), threads.end());
+    threads.erase(std::unique(threads.begin(), threads.end()), threads.end());
+    EXPECT_LE(static_cast<int>(threads.size()), SliceThreadCount());
     EXPECT_EQ(slices.front().first, 0);
     EXPECT_EQ(slices.back().last, 1001);
     for (size_t k = 0; k < slices.size(); ++k) {
@@ -91,18 +98,61 @@ TEST_F(SliceLimit, LimitNeverRaisesAboveTheProcessors) {
     EXPECT_EQ(SliceThreadCount(), ProcessorCount());
 }
 
-TEST_F(SliceLimit, TwoSlicesRunOnTwoThreads) {
+TEST_F(SliceLimit, HelpersTakeSlices) {
     if (ProcessorCount() < 2) GTEST_SKIP() << "one processor";
     SetSliceThreadLimit(2);
-    const std::vector<Slice> slices = SlicesOf(10, 1);
-    ASSERT_EQ(slices.size(), 2u);
-    EXPECT_EQ(slices[0].first, 0);
-    EXPECT_EQ(slices[0].last, 5);
-    EXPECT_EQ(slices[1].first, 5);
-    EXPECT_EQ(slices[1].last, 10);
-    // The first slice is the caller's own.
-    EXPECT_EQ(slices[0].thread, std::this_thread::get_id());
-    EXPECT_NE(slices[1].thread, std::this_thread::get_id());
+    // The caller's first slice waits (up to 20 s) until a slice has begun on
+    // another thread, so the helper must take part.
+    std::mutex lock;
+    std::condition_variable helped;
+    bool bHelped = false;
+    const std::thread::id caller = std::this_thread::get_id();
+    std::vector<Slice> slices;
+    ForEachSlice(10, 1, [&](int first, int last) {
+        std::unique_lock<std::mutex> hold(lock);
+        slices.push_back({first, last, std::this_thread::get_id()});
+        if (std::this_thread::get_id() != caller) {
+            bHelped = true;
+            helped.notify_all();
+        } else {
+            helped.wait_for(hold, std::chrono::seconds(20), [&] { return bHelped; });
+        }
+    });
+    EXPECT_TRUE(bHelped);
+    std::sort(slices.begin(), slices.end(), [](const Slice& a, const Slice& b) { return a.first < b.first; });
+    ASSERT_GE(slices.size(), 2u);
+    EXPECT_EQ(slices.front().first, 0);
+    EXPECT_EQ(slices.back().last, 10);
+    for (size_t k = 1; k < slices.size(); ++k) EXPECT_EQ(slices[k].first, slices[k - 1].last);
+}
+
+// A call made while every helper is busy (here: from inside the one helper's
+// own slice) does not wait for one; its caller runs the slices itself.
+TEST_F(SliceLimit, BusyHelpersLeaveTheSlicesToTheCaller) {
+    if (ProcessorCount() < 2) GTEST_SKIP() << "one processor";
+    SetSliceThreadLimit(2);
+    const std::thread::id caller = std::this_thread::get_id();
+    std::atomic<bool> bInnerStarted{false};
+    std::atomic<bool> bInnerDone{false};
+    std::atomic<int> nInnerItems{0};
+    std::mutex lock;
+    std::condition_variable innerDone;
+    ForEachSlice(2, 1, [&](int, int) {
+        if (std::this_thread::get_id() == caller) {
+            // Holds the caller until the helper's call has finished.
+            std::unique_lock<std::mutex> hold(lock);
+            innerDone.wait_for(hold, std::chrono::seconds(20), [&] { return bInnerDone.load(); });
+            return;
+        }
+        // A quick helper may take both slices; one inner call is enough.
+        if (bInnerStarted.exchange(true)) return;
+        ForEachSlice(100, 1, [&](int first, int last) { nInnerItems.fetch_add(last - first); });
+        std::lock_guard<std::mutex> hold(lock);
+        bInnerDone = true;
+        innerDone.notify_all();
+    });
+    EXPECT_TRUE(bInnerDone.load());
+    EXPECT_EQ(nInnerItems.load(), 100);
 }
 
 }  // namespace

@@ -40,6 +40,7 @@ protected:
         pcg::platform::SetSliceThreadLimit(0);
         pcg::selection::SetParallelPixelGrain(0);
         pcg::selection::SetAvx2Allowed(true);
+        SetRunListPasses(0);
     }
 };
 
@@ -70,27 +71,68 @@ TEST(LoopPathSettings, OverlapIsAnySharedByte) {
     EXPECT_FALSE(pcg::selection::BytesOverlap(bytes, 0, bytes, 16));
 }
 
+// Each way of building the list: chosen from the mask, one pass, two passes.
 TEST_P(LoopPaths, MaskToPointEqualsPlainForm) {
-    std::mt19937 rng(90001);
-    std::uniform_int_distribution<int> side(1, 61);
-    std::uniform_int_distribution<int> wide(64, 333);
-    std::uniform_int_distribution<int> pad(0, 7);
-    std::uniform_real_distribution<double> density(0.0, 1.0);
-    for (int round = 0; round < 120; ++round) {
-        const int w = round % 3 == 2 ? wide(rng) : side(rng), h = side(rng);
-        TestMask mask = RandomMask(rng, w, h, w + pad(rng), density(rng), density(rng));
-        BufferData view = mask.View();
-        if (round % 2) view.rectROI = {3, 5, 3 + w, 5 + h};
-        std::vector<SelectionLine> lines(3);   // emptied first
-        ASSERT_EQ(MaskToPoint(view, lines), 0);
-        const std::vector<SelectionLine> expected = oracle::MaskToPoint(view);
-        ASSERT_EQ(lines.size(), expected.size()) << "round " << round;
-        for (size_t i = 0; i < lines.size(); ++i) {
-            ASSERT_EQ(lines[i].nX, expected[i].nX) << "round " << round << " run " << i;
-            ASSERT_EQ(lines[i].nY, expected[i].nY) << "round " << round << " run " << i;
-            ASSERT_EQ(lines[i].nLength, expected[i].nLength) << "round " << round << " run " << i;
+    for (int passes = 0; passes <= 2; ++passes) {
+        SetRunListPasses(passes);
+        std::mt19937 rng(90001);
+        std::uniform_int_distribution<int> side(1, 61);
+        std::uniform_int_distribution<int> wide(64, 333);
+        std::uniform_int_distribution<int> pad(0, 7);
+        std::uniform_real_distribution<double> density(0.0, 1.0);
+        // The forced forms take half the rounds: they only repeat what the
+        // choice already runs one way or the other.
+        const int nRounds = passes == 0 ? 120 : 60;
+        for (int round = 0; round < nRounds; ++round) {
+            const int w = round % 3 == 2 ? wide(rng) : side(rng), h = side(rng);
+            // Every fourth mask sparse, so the choice goes both ways.
+            const double on = round % 4 == 3 ? density(rng) * 0.002 : density(rng);
+            TestMask mask = RandomMask(rng, w, h, w + pad(rng), on, density(rng));
+            BufferData view = mask.View();
+            if (round % 2) view.rectROI = {3, 5, 3 + w, 5 + h};
+            std::vector<SelectionLine> lines(3);   // emptied first
+            ASSERT_EQ(MaskToPoint(view, lines), 0);
+            const std::vector<SelectionLine> expected = oracle::MaskToPoint(view);
+            ASSERT_EQ(lines.size(), expected.size()) << "passes " << passes << " round " << round;
+            for (size_t i = 0; i < lines.size(); ++i) {
+                ASSERT_EQ(lines[i].nX, expected[i].nX) << "passes " << passes << " round " << round << " run " << i;
+                ASSERT_EQ(lines[i].nY, expected[i].nY) << "passes " << passes << " round " << round << " run " << i;
+                ASSERT_EQ(lines[i].nLength, expected[i].nLength)
+                    << "passes " << passes << " round " << round << " run " << i;
+            }
         }
     }
+    SetRunListPasses(0);
+}
+
+// Full rows of 64 and 128 columns end their runs at the width, and a row
+// of runs of one pixel fills every slot of the eight-at-a-time decoding.
+TEST_P(LoopPaths, MaskToPointAtWordEnds) {
+    for (int passes = 1; passes <= 2; ++passes) {
+        SetRunListPasses(passes);
+        for (int w : {64, 128, 129, 191}) {
+            TestMask mask(w, 3, w);
+            for (int x = 0; x < w; ++x) {
+                mask.At(x, 0) = 9;
+                mask.At(x, 1) = (x % 2) ? 0 : 200;
+                mask.At(x, 2) = (x == w - 1) ? 1 : 0;
+            }
+            std::vector<SelectionLine> lines;
+            ASSERT_EQ(MaskToPoint(mask.View(), lines), 0);
+            const std::vector<SelectionLine> expected = oracle::MaskToPoint(mask.View());
+            ASSERT_EQ(lines.size(), static_cast<size_t>(1 + (w + 1) / 2 + 1)) << "width " << w;
+            ASSERT_EQ(lines.size(), expected.size());
+            for (size_t i = 0; i < lines.size(); ++i) {
+                ASSERT_EQ(lines[i].nX, expected[i].nX) << "width " << w << " run " << i;
+                ASSERT_EQ(lines[i].nY, expected[i].nY) << "width " << w << " run " << i;
+                ASSERT_EQ(lines[i].nLength, expected[i].nLength) << "width " << w << " run " << i;
+            }
+            EXPECT_EQ(lines[0].nLength, w);
+            EXPECT_EQ(lines.back().nX, w - 1);
+            EXPECT_EQ(lines.back().nLength, 1);
+        }
+    }
+    SetRunListPasses(0);
 }
 
 TEST_P(LoopPaths, CombineEqualsPlainForm) {
