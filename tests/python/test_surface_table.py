@@ -14,7 +14,6 @@ import vocabulary_tables
 ROWS = [tuple(r) for r in vocabulary_tables._rows("entries.tsv")]
 ENTRIES = OrderedDict((r[0], r[1]) for r in ROWS)
 
-ARRIVING_WITH_QUERIES = {"PyClipGrade_" + name for name in vocabulary_tables.ARRIVING_FACADE_METHODS}
 
 # The records a script can make, which the probes of a later argument need.
 MAKERS = {r[2] for r in ROWS if r[1] == "new"}
@@ -60,7 +59,7 @@ def test_the_table_counts_1851_entries():
 
 def test_every_entry_of_the_table_is_in_the_module(module):
     missing = [n for n in ENTRIES if not callable(getattr(module, n, None))]
-    assert sorted(set(missing) - ARRIVING_WITH_QUERIES) == []
+    assert sorted(missing) == []
 
 
 def test_the_module_has_no_facade_method_beyond_the_table(module):
@@ -77,8 +76,6 @@ def _ids():
 def test_entry_refuses_a_wrong_argument(module, facade, row):
     entry, kind, owner, arguments, position, error, text = row
     function = getattr(module, entry, None)
-    if function is None and entry in ARRIVING_WITH_QUERIES:
-        pytest.skip("%s arrives with the query and buffer members" % entry)
     assert callable(function), entry
     declared = arguments.split(";") if arguments else []
     position = int(position)
@@ -107,12 +104,6 @@ def test_entry_refuses_a_wrong_argument(module, facade, row):
         function(*args)
     assert type(raised.value) is ERRORS[error]
     assert str(raised.value) == text
-
-
-def test_missing_entries_are_only_the_query_and_buffer_members(module):
-    """Which entries this build lacks, by name: only members still arriving."""
-    missing = sorted(n for n in ENTRIES if not hasattr(module, n))
-    assert set(missing) <= ARRIVING_WITH_QUERIES
 
 
 # Values each declared type refuses beyond a text, and the error each raises:
@@ -161,8 +152,6 @@ RANGE_ROWS = _range_rows()
 def test_entry_refuses_a_value_out_of_its_range(module, facade, row, value, raised):
     entry, kind, owner, arguments, position, error, text = row
     function = getattr(module, entry, None)
-    if function is None and entry in ARRIVING_WITH_QUERIES:
-        pytest.skip("%s arrives with the query and buffer members" % entry)
     if value == "PointD":
         # A wrapped pointer of another class.
         value = module.new_PointD()
