@@ -79,3 +79,26 @@ def test_the_ring_switch_off_delivers_the_same_event():
         del f
     """ % (HOST, AGENT_LIBRARY))
     assert lines == ["0", "0", "1"]
+
+
+def test_an_image_buffer_that_cannot_be_made_gives_none_and_keeps_the_source():
+    lines = run_child("""
+        import ctypes, sys
+        sys.path.insert(0, %r)
+        sys.path.insert(0, %r)
+        import PyClipGrade as P
+        from selection_support import buffers, picture_buffer
+        module = ctypes.CDLL(P._PyClipGrade.__file__)
+        module.PcgTesting_FailSite.argtypes = [ctypes.c_char_p, ctypes.c_int32]
+        f = P.PyClipGrade()
+        four = picture_buffer(4, 4, bytes([10, 20, 30, 255]) * 16)
+        module.PcgTesting_FailSite(b"image-buffer", 1)
+        print(f.ResizeImageBuffer(four, 2, 2))
+        module.PcgTesting_FailSite(b"image-buffer", 0)
+        print(buffers.RefCount(four))
+        half = f.ResizeImageBuffer(four, 2, 2)
+        print(buffers.Shape(half))
+        print(buffers.Release(half), buffers.Release(four))
+        del f
+    """ % (HOST, os.path.dirname(os.path.abspath(__file__))))
+    assert lines == ["None", "1", "(2, 2, 4)", "0 0"]
