@@ -23,10 +23,11 @@ void FailAllocations(uint32_t first, uint32_t count);
 
 // Named faults, for the one-off creations whose failure has its own path
 // (the callback ring's array: "ring-array"; CreateImageBuffer:
-// "image-buffer"). A site fails at every check while its name is on: from the environment variable
-// PYCLIPGRADE_FAIL_SITES="name,name,..." read at the first check, or from
-// the module's exported entry PcgTesting_FailSite(name, on). Off by default;
-// then a check costs one atomic load.
+// "image-buffer"). A site fails at every check while its name is on: from
+// the environment variable PYCLIPGRADE_FAIL_SITES="name,name,..." read at
+// the first check, or from the module's exported entry
+// PcgTesting_FailSite(name, on). Off by default; then a check costs one
+// atomic load.
 bool SiteFaultDue(const char* site);
 
 // Turns one site on or off (a null site turns every site off).
