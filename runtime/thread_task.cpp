@@ -230,10 +230,10 @@ int32_t CThreadBase::ExecuteNext() {
 
 int32_t CThreadBase::m_fnStopThread() {
     {
-        // State and wake-up together, so a pause cannot come between them.
+        // Under the state lock: a pause that comes later sees the stop and
+        // leaves the state and the wake-up below alone.
         CriticalSectionScope guard(m_csState);
         m_nState.store(-2);
-        m_event.Set();
     }
     if (!m_hThread) return kResultOk;
     uint32_t exitCode = kStillActive;

@@ -257,6 +257,18 @@ TEST(ThreadBase, PauseSetsStateOneAndResetsTheEvent) {
     EXPECT_EQ(worker.m_event.Wait(1), platform::kWaitTimeout);
 }
 
+// The worker pausing on an empty queue just after its owner asked for a stop
+// must not undo the stop: the owner would join a worker asleep for ever.
+TEST(ThreadBase, APauseAfterAStopKeepsTheStopAndItsWakeUp) {
+    CObservableThreadQueue queue;
+    CObservorThread worker(&queue, 1);
+    worker.m_fnStopThread();
+    worker.m_event.Set();
+    EXPECT_EQ(worker.m_fnSetThreadState(1), kResultOk);
+    EXPECT_EQ(worker.m_nState.load(), -2);
+    EXPECT_EQ(worker.m_event.Wait(1), platform::kWaitObject0);
+}
+
 TEST(ThreadBase, TenTasksAddedWhileIdleRunInOrderOnOneThreadInAnApartment) {
     RecordingTask::Record record;
     CObservableThreadQueue queue;
@@ -357,6 +369,10 @@ TEST(ThreadBase, StopOfAWorkerNeverStartedAndASecondStopAreHarmless) {
     EXPECT_EQ(worker.m_fnStopThread(), kResultOk);
     EXPECT_EQ(worker.m_nState.load(), -2);
     worker.m_fnStartThread();
+    // Once idle the worker waits on its event, so the stop finds it alive and
+    // joins it (a worker that ended first would keep its handle).
+    while (worker.m_nState.load() != 1) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(worker.m_fnStopThread(), kResultOk);
     EXPECT_FALSE(worker.m_hThread);
     EXPECT_EQ(worker.m_fnStopThread(), kResultOk);
