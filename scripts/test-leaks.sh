@@ -28,7 +28,7 @@ if PYCLIPGRADE_BUILD="$build" valgrind --quiet --leak-check=full \
       --error-exitcode=3 /usr/bin/python3 -m pytest -q -p no:cacheprovider \
       test_facade_*.py test_push_task.py test_video_operations.py test_effects_*.py \
       test_local_adjustments.py test_show_mask.py test_mask_builders.py test_masks_with_adjustments.py \
-      test_image_engine_startup.py test_selection_operations.py test_hostile_scripts.py >"$log" 2>&1; then
+      test_image_engine_startup.py test_selection_operations.py test_hostile_scripts.py test_engine_faults.py >"$log" 2>&1; then
   echo "leak check of the facade and effect tests: $(tail -1 "$log")"
 else
   cat "$log"
