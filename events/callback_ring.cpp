@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/fault_injection.h"
 #include "runtime/dump_log.h"
 
 namespace pcg {
@@ -42,7 +43,8 @@ void InitCallbackRing(DspCallbackQueue* ring, int32_t capacity) {
     platform::RawLockInit(ring->lock);
     ring->nCapacity = capacity;
     const std::size_t bytes = CallbackRingBytes(capacity);
-    void* items = bytes == std::numeric_limits<std::size_t>::max() ? nullptr : std::malloc(bytes ? bytes : 1);
+    const bool refused = bytes == std::numeric_limits<std::size_t>::max() || platform::SiteFaultDue("ring-array");
+    void* items = refused ? nullptr : std::malloc(bytes ? bytes : 1);
     if (items != nullptr) {
         std::memset(items, 0, bytes);
     }

@@ -3,6 +3,7 @@
 #include <limits>
 #include <new>
 
+#include "platform/fault_injection.h"
 #include "runtime/dump_log.h"
 
 CImageBuffer::CImageBuffer()
@@ -84,6 +85,8 @@ void CImageBuffer::m_fnFreePixels() {
 }
 
 IImageBuffer* CreateImageBuffer(uint32_t nWidth, uint32_t nHeight, uint32_t nPixelBytes) {
+    // Tests make this creation fail as a full heap would.
+    if (pcg::platform::SiteFaultDue("image-buffer")) return nullptr;
     CImageBuffer* pBuffer = new (std::nothrow) CImageBuffer();
     if (!pBuffer) return nullptr;
     if (!pBuffer->Allocate(nWidth, nHeight, nPixelBytes)) {

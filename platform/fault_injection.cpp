@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <cwchar>
+#include <mutex>
+#include <set>
 #include <string>
 
 #include "platform/platform.h"
@@ -42,7 +44,75 @@ void ReadEnvironmentOnce() {
     Arm(first, count);
 }
 
+// The named sites: a set under its own lock (a leaf lock; nothing is called
+// while it is held), and a flag that lets the common case skip the lock.
+std::atomic<bool> g_bSitesArmed(false);
+std::atomic<bool> g_bSitesEnvironmentRead(false);
+
+std::mutex& SiteLock() {
+    static std::mutex* lock = new std::mutex;  // never destroyed: checks may run during exit
+    return *lock;
+}
+
+std::set<std::string>& Sites() {
+    static std::set<std::string>* sites = new std::set<std::string>;
+    return *sites;
+}
+
+void SetSiteLocked(const std::string& name, bool on) {
+    if (on) {
+        Sites().insert(name);
+    } else {
+        Sites().erase(name);
+    }
+    g_bSitesArmed = !Sites().empty();
+}
+
+void ReadSitesOnce() {
+    bool expected = false;
+    if (!g_bSitesEnvironmentRead.compare_exchange_strong(expected, true)) {
+        return;
+    }
+    std::wstring text;
+    if (!ReadEnvironmentVariable(L"PYCLIPGRADE_FAIL_SITES", &text) || text.empty()) {
+        return;
+    }
+    std::lock_guard<std::mutex> guard(SiteLock());
+    std::string name;
+    for (const wchar_t c : text) {
+        if (c == L',') {
+            if (!name.empty()) SetSiteLocked(name, true);
+            name.clear();
+        } else if (c > 0 && c < 128) {
+            name.push_back(static_cast<char>(c));
+        }
+    }
+    if (!name.empty()) SetSiteLocked(name, true);
+}
+
 }  // namespace
+
+bool SiteFaultDue(const char* site) {
+    if (!g_bSitesEnvironmentRead.load(std::memory_order_relaxed)) {
+        ReadSitesOnce();
+    }
+    if (!g_bSitesArmed.load(std::memory_order_relaxed) || site == nullptr) {
+        return false;
+    }
+    std::lock_guard<std::mutex> guard(SiteLock());
+    return Sites().count(site) != 0;
+}
+
+void FailSite(const char* site, bool on) {
+    g_bSitesEnvironmentRead = true;
+    std::lock_guard<std::mutex> guard(SiteLock());
+    if (site == nullptr) {
+        Sites().clear();
+        g_bSitesArmed = false;
+        return;
+    }
+    SetSiteLocked(site, on);
+}
 
 bool AllocationFaultDue() {
     if (!g_bEnvironmentRead.load(std::memory_order_relaxed)) {
@@ -87,4 +157,8 @@ bool ThreadStartFaultDue() {
 #endif
 PCG_TESTING_ENTRY void PcgTesting_FailAllocations(uint32_t first, uint32_t count) {
     pcg::platform::FailAllocations(first, count);
+}
+
+PCG_TESTING_ENTRY void PcgTesting_FailSite(const char* site, int32_t on) {
+    pcg::platform::FailSite(site, on != 0);
 }

@@ -28,5 +28,17 @@ void FailThreadStarts(uint32_t count);
 // True when this thread start is one the switch makes fail (and counts it).
 bool ThreadStartFaultDue();
 
+// Named faults, for the one-off creations whose failure has its own path
+// (the callback ring's array: "ring-array"; CreateImageBuffer:
+// "image-buffer"). A site fails at every check while its name is on: from
+// the environment variable PYCLIPGRADE_FAIL_SITES="name,name,..." read at
+// the first check, or from the module's exported entry
+// PcgTesting_FailSite(name, on). Off by default; then a check costs one
+// atomic load.
+bool SiteFaultDue(const char* site);
+
+// Turns one site on or off (a null site turns every site off).
+void FailSite(const char* site, bool on);
+
 }  // namespace platform
 }  // namespace pcg

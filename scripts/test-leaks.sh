@@ -30,7 +30,7 @@ if PYCLIPGRADE_BUILD="$build" valgrind --quiet --leak-check=full \
       test_local_adjustments.py test_show_mask.py test_mask_builders.py test_masks_with_adjustments.py \
       test_image_engine_startup.py test_selection_operations.py test_hostile_scripts.py \
       test_surface_ownership.py \
-      test_colour_queries.py test_buffer_lut.py test_query_tone_map.py >"$log" 2>&1; then
+      test_colour_queries.py test_buffer_lut.py test_query_tone_map.py test_engine_faults.py >"$log" 2>&1; then
   echo "leak check of the facade and effect tests: $(tail -1 "$log")"
 else
   cat "$log"

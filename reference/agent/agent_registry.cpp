@@ -76,9 +76,17 @@ bool AgentRegistry::FindResult(const std::string& agentName, const char* op, dou
     if (state.m_results.empty()) {
         return false;
     }
+    // The most specific entry wins: this agent and this operation, any agent
+    // and this operation, this agent and any operation, then any of both.
     auto it = state.m_results.find({agentName, op});
     if (it == state.m_results.end()) {
         it = state.m_results.find({std::string("*"), op});
+    }
+    if (it == state.m_results.end()) {
+        it = state.m_results.find({agentName, std::string("*")});
+    }
+    if (it == state.m_results.end()) {
+        it = state.m_results.find({std::string("*"), std::string("*")});
     }
     if (it == state.m_results.end()) {
         return false;

@@ -19,8 +19,10 @@
 //
 // void RefAgent_SetResult(const char* agentName, const char* op, double value)
 //   From now on operation `op` of every live and future agent named
-//   `agentName` ("*": every agent) answers `value`; a result set for an
-//   agent's own name wins over one set for "*". The operation still does its
+//   `agentName` ("*": every agent) answers `value`; `op` "*" is every
+//   operation that takes an injected result (an agent that fails everything).
+//   The most specific entry wins: own name and op, "*" and op, own name and
+//   "*", "*" and "*". The operation still does its
 //   work; only its answer changes. The value is converted to the operation's
 //   result type: an HRESULT or other 32-bit integer takes the low 32 bits of
 //   the value truncated to an integer (so 2147500037 and -2147467259 are both

@@ -1,5 +1,7 @@
 #include "events/callback_ring.h"
 
+#include "platform/fault_injection.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -118,6 +120,24 @@ TEST(CallbackRing, ARingWithoutItemsRefusesBothSides) {
     EXPECT_EQ(ring.nPut, 0);
     ring.pItems = items;
     FreeCallbackRing(&ring);
+}
+
+TEST(CallbackRing, AFailedArrayAllocationLeavesTheRestOfTheRingAndRefusesItems) {
+    pcg::platform::FailSite("ring-array", true);
+    DspCallbackQueue ring;
+    InitCallbackRing(&ring, 2);
+    pcg::platform::FailSite("ring-array", false);
+    EXPECT_EQ(ring.pItems, nullptr);
+    EXPECT_EQ(ring.nCapacity, 2);
+    EXPECT_NE(ring.hFreeSlots, nullptr);
+    EXPECT_NE(ring.hFilledSlots, nullptr);
+    DspCallbackItem item{};
+    EXPECT_EQ(PostCallbackItem(&ring, {7, 0, 0, nullptr}, 0), kWaitFailed);
+    EXPECT_EQ(TakeCallbackItem(&ring, &item, 0), kWaitFailed);
+    EXPECT_EQ(ring.nPut, 0);
+    EXPECT_EQ(ring.nTake, 0);
+    FreeCallbackRing(&ring);
+    EXPECT_EQ(ring.hFreeSlots, nullptr);
 }
 
 TEST(CallbackRing, ManyProducersOneConsumerKeepEachProducersOrder) {

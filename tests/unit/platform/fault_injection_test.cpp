@@ -70,3 +70,37 @@ TEST(ThreadStartFaults, TheGivenNumberOfStartsFailThenThreadsStartAgain) {
 }
 
 }  // namespace
+
+namespace {
+
+class SiteFaults : public ::testing::Test {
+protected:
+    void TearDown() override { pcg::platform::FailSite(nullptr, false); }
+};
+
+TEST_F(SiteFaults, OffByDefaultNoSiteFails) {
+    pcg::platform::FailSite(nullptr, false);
+    EXPECT_FALSE(pcg::platform::SiteFaultDue("ring-array"));
+    EXPECT_FALSE(pcg::platform::SiteFaultDue(nullptr));
+}
+
+TEST_F(SiteFaults, OnlyTheNamedSiteFailsAndAtEveryCheckUntilTurnedOff) {
+    pcg::platform::FailSite("ring-array", true);
+    EXPECT_TRUE(pcg::platform::SiteFaultDue("ring-array"));
+    EXPECT_TRUE(pcg::platform::SiteFaultDue("ring-array"));
+    EXPECT_FALSE(pcg::platform::SiteFaultDue("ring"));
+    EXPECT_FALSE(pcg::platform::SiteFaultDue(nullptr));
+    pcg::platform::FailSite("ring-array", false);
+    EXPECT_FALSE(pcg::platform::SiteFaultDue("ring-array"));
+}
+
+TEST_F(SiteFaults, SitesAreIndependentOfTheAllocationSwitch) {
+    pcg::platform::FailSite("ring-array", true);
+    EXPECT_FALSE(AllocationFaultDue());
+    FailAllocations(1, 0);
+    pcg::platform::FailSite("ring-array", false);
+    EXPECT_TRUE(AllocationFaultDue());
+    EXPECT_FALSE(pcg::platform::SiteFaultDue("ring-array"));
+}
+
+}  // namespace
