@@ -1,12 +1,18 @@
 """Faults injected into the engines and the platform layer: each gives its
 defined result, and nothing is lost or leaked."""
 
+import gc
 import os
 import subprocess
 import sys
 import textwrap
 
-from conftest import AGENT_LIBRARY, BUILD, E_FAIL, HOST
+import pytest
+
+from conftest import AGENT_LIBRARY, BUILD, E_FAIL, HOST, RETOUCH_LIBRARY, S_OK, SUFFIX, write_settings
+from selection_support import buffers
+
+PY_SET_CLARITY = 12
 
 
 def run_child(code, **env):
@@ -102,3 +108,237 @@ def test_an_image_buffer_that_cannot_be_made_gives_none_and_keeps_the_source():
         del f
     """ % (HOST, os.path.dirname(os.path.abspath(__file__))))
     assert lines == ["None", "1", "(2, 2, 4)", "0 0"]
+
+
+# ------------------------------------------------ engine instances refused
+
+RETOUCH_BOX = "[MessageBox] Huevane: PyClipGrade: cannot create m_pImageRetouch\n"
+MGR = "[PyClipGrade] ImageRetouchMgr::m_fnCreateImageRetouchInst [Err] "
+NO_AGENT = "@_PtrWrapper_$=0"
+
+
+def assert_retouch_gone(retouch):
+    gc.collect()
+    for name in ("instancesLive", "allocatorsLive", "buffersLive", "imagesHeld", "recordsHeld"):
+        assert retouch.counter(name) == 0, name
+
+
+@pytest.fixture
+def dump_on():
+    write_settings({"DumpMsg": 1})
+    yield
+    write_settings({})
+
+
+def test_a_class_factory_refused_from_the_given_library(shadow, retouch, journal, dump_on, capfd):
+    retouch.set_result("Library", "DllGetClassObject", E_FAIL)
+    facade = shadow.PyClipGrade(NO_AGENT, 1, 0, RETOUCH_LIBRARY)
+    err = capfd.readouterr().err
+    assert MGR + "Can't get spFactory hr=80004005\n" in err
+    assert RETOUCH_BOX in err
+    assert "IID_IBufferAllocator" not in err
+    assert retouch.counter("instancesLive") == 0
+    assert retouch.counter("allocatorsLive") == 0
+    # Construction went on: the agents are there and take effects.
+    assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1]]}, False) == S_OK
+    del facade
+    assert_retouch_gone(retouch)
+    assert journal.counter("recordsHeld") == 0
+
+
+def test_an_instance_refused_by_the_given_library_s_factory(shadow, retouch, dump_on, capfd):
+    retouch.set_result("ImageRetouchFactory", "CreateInstance", E_FAIL)
+    facade = shadow.PyClipGrade(NO_AGENT, 1, 0, RETOUCH_LIBRARY)
+    err = capfd.readouterr().err
+    assert MGR + "Init ImageRetouch Fail! hr=80004005\n" in err
+    assert RETOUCH_BOX in err
+    assert "Can't get spFactory" not in err
+    assert retouch.counter("instancesLive") == 0
+    assert retouch.counter("allocatorsLive") == 0
+    del facade
+    assert_retouch_gone(retouch)
+
+
+def test_an_instance_refused_through_the_registered_class(shadow, retouch, dump_on, capfd):
+    retouch.set_result("ImageRetouchFactory", "CreateInstance", E_FAIL)
+    facade = shadow.PyClipGrade()
+    err = capfd.readouterr().err
+    assert MGR + "Can't create CLSID_ImageRetouch, hr=0x80004005\n" in err
+    assert RETOUCH_BOX in err
+    assert "Init ImageRetouch Fail!" not in err
+    assert retouch.counter("instancesLive") == 0
+    assert retouch.counter("allocatorsLive") == 0
+    del facade
+    assert_retouch_gone(retouch)
+
+
+def test_the_registered_class_s_library_refusing_its_factory(shadow, retouch, dump_on, capfd):
+    retouch.set_result("Library", "DllGetClassObject", E_FAIL)
+    facade = shadow.PyClipGrade()
+    err = capfd.readouterr().err
+    # A class whose library gives no factory is one not registered.
+    assert MGR + "Can't create CLSID_ImageRetouch, hr=0x80040154\n" in err
+    assert RETOUCH_BOX in err
+    assert retouch.counter("instancesLive") == 0
+    del facade
+    assert_retouch_gone(retouch)
+
+
+def test_without_the_engine_instance_its_questions_answer_none(shadow, retouch):
+    retouch.set_result("ImageRetouchFactory", "CreateInstance", E_FAIL)
+    facade = shadow.PyClipGrade()
+    retouch.reset()
+    picture = buffers.NewBuffer(4, 3, 4)
+    try:
+        assert facade.Query_TATMapInfo(5, picture, 0, 0) is None
+        assert facade.Query_WBDropInfo(5, picture, 0, 0, 0, 0) is None
+        assert facade.Query_ToneMapInfo({}) is None
+        assert retouch.entries() == []
+    finally:
+        buffers.Release(picture)
+    del facade
+    assert_retouch_gone(retouch)
+
+
+def test_an_allocator_refused_through_the_registered_class_keeps_the_engine(shadow, retouch, dump_on, capfd):
+    retouch.set_result("BufferAllocatorFactory", "CreateInstance", E_FAIL)
+    facade = shadow.PyClipGrade(NO_AGENT, 1, 0, RETOUCH_LIBRARY)
+    err = capfd.readouterr().err
+    assert ("[PyClipGrade] PyClipGrade::m_fnInitImageRetouch CoCreateInstance IID_IBufferAllocator "
+            "(m_pBufferAllocator) failed hr=0x80004005\n") in err
+    assert "[PyClipGrade] PyClipGrade::m_fnInitImageRetouch [Err] Can't initialize IID_IBufferAllocator!!!\n" in err
+    assert RETOUCH_BOX not in err
+    assert retouch.counter("instancesLive") == 1
+    assert retouch.counter("allocatorsLive") == 0
+    # No allocator: the members that take masks from it answer None.
+    capfd.readouterr()
+    assert facade.Selection_ScaleUSSelectionList([(0.25, 0.25, 0.5)], 8, 8, 16, 16) is None
+    assert ("[PyClipGrade] PyClipGrade::Selection_ScaleUSSelectionList Null Pointer : m_pBufferAllocator\n"
+            in capfd.readouterr().err)
+    del facade
+    assert_retouch_gone(retouch)
+
+
+# ------------------------------------------------ the agent refusing
+
+def test_an_agent_refusing_the_manager_still_serves_and_ends(shadow, retouch, journal):
+    journal.set_result("*", "SetImageRetouchMgr", E_FAIL)
+    facade = shadow.PyClipGrade()
+    assert [e["agent"] for e in journal.ops("SetImageRetouchMgr")] == ["DspMain", "DspBuf"]
+    assert retouch.counter("instancesLive") == 1
+    assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1]]}, False) == S_OK
+    assert journal.counter("recordsHeld") == 1
+    del facade
+    assert journal.counter("agentsLive") == 0
+    assert journal.counter("recordsHeld") == 0
+    assert_retouch_gone(retouch)
+
+
+def test_push_task_to_an_agent_failing_everything_hands_the_record_over(shadow, journal):
+    facade = shadow.PyClipGrade()
+    journal.set_result("*", "*", E_FAIL)
+    freed, entries = journal.counter("recordsFreed"), journal.counter("entriesFreed")
+    # The agent's answer is not looked at: the record is the agent's either way.
+    assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1], [10, 2]]}, False) == S_OK
+    assert journal.counter("recordsHeld") == 1
+    assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 3]]}, True) == S_OK
+    assert journal.counter("recordsHeld") == 2
+    del facade
+    assert journal.counter("recordsHeld") == 0
+    assert journal.counter("recordsFreed") == freed + 2
+    assert journal.counter("entriesFreed") == entries + 3
+    assert journal.counter("agentsLive") == 0
+
+
+# ------------------------------------------------ libraries missing
+
+LIBRARIES = {
+    "agent": "KESdlls/VXHvnDspAgent",
+    "runtime": "Kernel/ImageRetouch/libiomp5md",
+    "retouch": "Kernel/ImageRetouch/ImageRetouch",
+    "selection": "Kernel/ImageRetouch/Zenodor",
+    "resampler": "Kernel/Photo/IPPDLL",
+}
+
+
+@pytest.fixture
+def host_without(monkeypatch, tmp_path):
+    """Points the facade at a host folder linking every engine library but
+    one; the process maps each file once, so the journals read here are the
+    ones the facade's engines write."""
+
+    def make(missing):
+        for name, relative in LIBRARIES.items():
+            source = os.path.join(HOST, relative + SUFFIX)
+            if name == missing or not os.path.exists(source):
+                continue
+            target = os.path.join(str(tmp_path), relative + SUFFIX)
+            os.makedirs(os.path.dirname(target), exist_ok=True)
+            os.symlink(source, target)
+        monkeypatch.setenv("PYCLIPGRADE_HOST_DIR", str(tmp_path))
+
+    return make
+
+
+def test_without_the_image_engine_library_the_facade_comes_up_bare(shadow, retouch, journal, host_without,
+                                                                     dump_on, capfd):
+    host_without("retouch")
+    facade = shadow.PyClipGrade()
+    err = capfd.readouterr().err
+    # The class's library is not there: the module was not found.
+    assert MGR + "Can't create CLSID_ImageRetouch, hr=0x8007007E\n" in err
+    assert RETOUCH_BOX in err
+    assert retouch.counter("instancesLive") == 0
+    assert retouch.counter("allocatorsLive") == 0
+    picture = buffers.NewBuffer(4, 3, 4)
+    try:
+        assert facade.Query_TATMapInfo(5, picture, 0, 0) is None
+        assert facade.Query_ToneTATMapInfo(5, picture, 0, 0) is None
+        assert facade.Query_WBDropInfo(5, picture, 0, 0, 0, 0) is None
+        assert facade.Query_ToneMapInfo({}) is None
+        assert facade.Selection_ScaleUSSelectionList([(0.25, 0.25, 0.5)], 8, 8, 16, 16) is None
+    finally:
+        buffers.Release(picture)
+    # The agents came up all the same.
+    assert [e["agent"] for e in journal.ops("SetImageRetouchMgr")] == ["DspMain", "DspBuf"]
+    assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1]]}, False) == S_OK
+    del facade
+    assert journal.counter("recordsHeld") == 0
+    assert_retouch_gone(retouch)
+
+
+def test_without_the_resampler_library_a_resize_logs_118_and_gives_its_buffer(shadow, retouch, host_without,
+                                                                              dump_on, capfd):
+    host_without("resampler")
+    facade = shadow.PyClipGrade()
+    picture = buffers.NewBuffer(4, 4, 4)
+    assert buffers.WriteBytes(picture, bytes([10, 20, 30, 255]) * 16) == 64
+    capfd.readouterr()
+    half = facade.ResizeImageBuffer(picture, 2, 2)
+    err = capfd.readouterr().err
+    try:
+        assert "[PyClipGrade] PyClipGrade::ResizeImageBuffer [Err] ResizeBuffer_8u() status=-118\n" in err
+        assert buffers.Shape(half) == (2, 2, 4)
+        # The source is as it was.
+        assert buffers.ReadBytes(picture) == bytes([10, 20, 30, 255]) * 16
+    finally:
+        buffers.Release(half)
+        buffers.Release(picture)
+    del facade
+    assert_retouch_gone(retouch)
+
+
+def test_without_the_resampler_library_scaling_a_selection_logs_118(shadow, retouch, host_without, dump_on, capfd):
+    host_without("resampler")
+    facade = shadow.PyClipGrade()
+    capfd.readouterr()
+    assert facade.Selection_ScaleUSSelectionList([(0.25, 0.25, 0.5)], 8, 8, 16, 16) is None
+    err = capfd.readouterr().err
+    assert "[PyClipGrade] PyClipGrade::Selection_ScaleUSSelectionList [Err] ResizeBuffer_8u() status=-118\n" in err
+    del facade
+    assert_retouch_gone(retouch)
+
+
+# The selection engine's and the agent's libraries missing are covered by
+# test_selection_operations.py (the run keeps its mask without the engine)
+# and test_facade_lifecycle.py (no agents: PushTask answers E_POINTER).
