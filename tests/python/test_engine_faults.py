@@ -1,7 +1,6 @@
 """Faults injected into the engines and the platform layer: each gives its
 defined result, and nothing is lost or leaked."""
 
-import gc
 import os
 import subprocess
 import sys
@@ -11,6 +10,8 @@ import pytest
 
 from conftest import AGENT_LIBRARY, BUILD, E_FAIL, HOST, RETOUCH_LIBRARY, S_OK, SUFFIX, write_settings
 from selection_support import buffers
+from test_facade_order import LIBRARIES
+from test_image_engine_startup import NO_AGENT, assert_engine_gone
 
 PY_SET_CLARITY = 12
 
@@ -114,13 +115,6 @@ def test_an_image_buffer_that_cannot_be_made_gives_none_and_keeps_the_source():
 
 RETOUCH_BOX = "[MessageBox] Huevane: PyClipGrade: cannot create m_pImageRetouch\n"
 MGR = "[PyClipGrade] ImageRetouchMgr::m_fnCreateImageRetouchInst [Err] "
-NO_AGENT = "@_PtrWrapper_$=0"
-
-
-def assert_retouch_gone(retouch):
-    gc.collect()
-    for name in ("instancesLive", "allocatorsLive", "buffersLive", "imagesHeld", "recordsHeld"):
-        assert retouch.counter(name) == 0, name
 
 
 @pytest.fixture
@@ -142,7 +136,7 @@ def test_a_class_factory_refused_from_the_given_library(shadow, retouch, journal
     # Construction went on: the agents are there and take effects.
     assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1]]}, False) == S_OK
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
     assert journal.counter("recordsHeld") == 0
 
 
@@ -156,7 +150,7 @@ def test_an_instance_refused_by_the_given_library_s_factory(shadow, retouch, dum
     assert retouch.counter("instancesLive") == 0
     assert retouch.counter("allocatorsLive") == 0
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 def test_an_instance_refused_through_the_registered_class(shadow, retouch, dump_on, capfd):
@@ -169,7 +163,7 @@ def test_an_instance_refused_through_the_registered_class(shadow, retouch, dump_
     assert retouch.counter("instancesLive") == 0
     assert retouch.counter("allocatorsLive") == 0
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 def test_the_registered_class_s_library_refusing_its_factory(shadow, retouch, dump_on, capfd):
@@ -181,7 +175,7 @@ def test_the_registered_class_s_library_refusing_its_factory(shadow, retouch, du
     assert RETOUCH_BOX in err
     assert retouch.counter("instancesLive") == 0
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 def test_without_the_engine_instance_its_questions_answer_none(shadow, retouch):
@@ -197,7 +191,7 @@ def test_without_the_engine_instance_its_questions_answer_none(shadow, retouch):
     finally:
         buffers.Release(picture)
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 def test_an_allocator_refused_through_the_registered_class_keeps_the_engine(shadow, retouch, dump_on, capfd):
@@ -216,7 +210,7 @@ def test_an_allocator_refused_through_the_registered_class_keeps_the_engine(shad
     assert ("[PyClipGrade] PyClipGrade::Selection_ScaleUSSelectionList Null Pointer : m_pBufferAllocator\n"
             in capfd.readouterr().err)
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 # ------------------------------------------------ the agent refusing
@@ -231,7 +225,7 @@ def test_an_agent_refusing_the_manager_still_serves_and_ends(shadow, retouch, jo
     del facade
     assert journal.counter("agentsLive") == 0
     assert journal.counter("recordsHeld") == 0
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 def test_push_task_to_an_agent_failing_everything_hands_the_record_over(shadow, journal):
@@ -251,15 +245,6 @@ def test_push_task_to_an_agent_failing_everything_hands_the_record_over(shadow, 
 
 
 # ------------------------------------------------ libraries missing
-
-LIBRARIES = {
-    "agent": "KESdlls/VXHvnDspAgent",
-    "runtime": "Kernel/ImageRetouch/libiomp5md",
-    "retouch": "Kernel/ImageRetouch/ImageRetouch",
-    "selection": "Kernel/ImageRetouch/Zenodor",
-    "resampler": "Kernel/Photo/IPPDLL",
-}
-
 
 @pytest.fixture
 def host_without(monkeypatch, tmp_path):
@@ -304,7 +289,7 @@ def test_without_the_image_engine_library_the_facade_comes_up_bare(shadow, retou
     assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1]]}, False) == S_OK
     del facade
     assert journal.counter("recordsHeld") == 0
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 def test_without_the_resampler_library_a_resize_logs_118_and_gives_its_buffer(shadow, retouch, host_without,
@@ -325,7 +310,7 @@ def test_without_the_resampler_library_a_resize_logs_118_and_gives_its_buffer(sh
         buffers.Release(half)
         buffers.Release(picture)
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 def test_without_the_resampler_library_scaling_a_selection_logs_118(shadow, retouch, host_without, dump_on, capfd):
@@ -336,7 +321,7 @@ def test_without_the_resampler_library_scaling_a_selection_logs_118(shadow, reto
     err = capfd.readouterr().err
     assert "[PyClipGrade] PyClipGrade::Selection_ScaleUSSelectionList [Err] ResizeBuffer_8u() status=-118\n" in err
     del facade
-    assert_retouch_gone(retouch)
+    assert_engine_gone(retouch)
 
 
 # The selection engine's and the agent's libraries missing are covered by
