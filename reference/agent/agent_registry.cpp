@@ -95,6 +95,20 @@ bool AgentRegistry::FindResult(const std::string& agentName, const char* op, dou
     return true;
 }
 
+bool AgentRegistry::FindNamedResult(const std::string& agentName, const char* op, double* value) {
+    Impl& state = State();
+    std::lock_guard<std::mutex> guard(state.m_resultLock);
+    auto it = state.m_results.find({agentName, op});
+    if (it == state.m_results.end()) {
+        it = state.m_results.find({std::string("*"), op});
+    }
+    if (it == state.m_results.end()) {
+        return false;
+    }
+    *value = it->second;
+    return true;
+}
+
 void AgentRegistry::Add(Counter counter, int64_t delta) {
     State().m_counters[static_cast<int>(counter)] += delta;
 }

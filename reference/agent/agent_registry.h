@@ -42,6 +42,9 @@ public:
     // The injected value for this agent and operation: one set for its own
     // name wins over one set for "*". False when there is none.
     bool FindResult(const std::string& agentName, const char* op, double* value);
+    // The same, without the entries set for every operation ("*"): for the
+    // factory, which an agent failing everything must not stop.
+    bool FindNamedResult(const std::string& agentName, const char* op, double* value);
 
     void Add(Counter counter, int64_t delta);
     int64_t Get(Counter counter);

@@ -31,6 +31,12 @@ const CounterName kCounterNames[] = {
 extern "C" {
 
 IVXHvnDspAgent* CreateHvnDspAgent(const char* name, int32_t reserved, void* context) {
+    // A failure injected for the factory itself makes no agent.
+    double injected = 0.0;
+    if (AgentRegistry::Instance().FindNamedResult(name ? name : "", "CreateHvnDspAgent", &injected) &&
+        !(injected >= 0.0)) {
+        return nullptr;
+    }
     return new pcg::refagent::CRefDspAgent(name, AgentRegistry::Instance().NextInstance());
 }
 

@@ -28,6 +28,8 @@
 //   the value truncated to an integer (so 2147500037 and -2147467259 are both
 //   0x80004005; NaN and infinities read as 0x80004005); a bool is true for
 //   non-zero; GetVideoAspectRatio writes the value as its double.
+//   Op "CreateHvnDspAgent" (never reached by "*") with a negative value or
+//   NaN makes the factory answer null for that name.
 //   AddRef, Release, the void operations and the two histogram queries take
 //   no injected result.
 //

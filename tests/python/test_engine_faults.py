@@ -8,7 +8,7 @@ import textwrap
 
 import pytest
 
-from conftest import AGENT_LIBRARY, BUILD, E_FAIL, HOST, RETOUCH_LIBRARY, S_OK, SUFFIX, write_settings
+from conftest import AGENT_LIBRARY, BUILD, E_FAIL, E_POINTER, HOST, RETOUCH_LIBRARY, S_OK, SUFFIX, write_settings
 from selection_support import buffers
 from test_facade_order import LIBRARIES
 from test_image_engine_startup import NO_AGENT, assert_engine_gone
@@ -327,3 +327,21 @@ def test_without_the_resampler_library_scaling_a_selection_logs_118(shadow, reto
 # The selection engine's and the agent's libraries missing are covered by
 # test_selection_operations.py (the run keeps its mask without the engine)
 # and test_facade_lifecycle.py (no agents: PushTask answers E_POINTER).
+
+
+@pytest.mark.parametrize("refused, agents", [("DspMain", ["DspBuf"]), ("DspBuf", ["DspMain"]), ("*", [])])
+def test_an_agent_factory_answering_null_leaves_that_agent_absent(shadow, retouch, journal, refused, agents):
+    journal.set_result(refused, "CreateHvnDspAgent", E_FAIL)
+    facade = shadow.PyClipGrade()
+    # Only the agents that were made are told of the manager.
+    assert [e["agent"] for e in journal.ops("SetImageRetouchMgr")] == agents
+    assert journal.counter("agentsLive") == len(agents)
+    main = S_OK if "DspMain" in agents else E_POINTER
+    buf = S_OK if "DspBuf" in agents else E_POINTER
+    assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1]]}, False) == main
+    assert facade.PushTask(1, PY_SET_CLARITY, {"Clr": [[0, 1]]}, True) == buf
+    assert retouch.counter("instancesLive") == 1
+    del facade
+    assert journal.counter("agentsLive") == 0
+    assert journal.counter("recordsHeld") == 0
+    assert_engine_gone(retouch)
