@@ -93,6 +93,25 @@ TEST_F(AgentResults, ResetRemovesInjectedResults) {
     agent->Release();
 }
 
+TEST_F(AgentResults, FactoryRefusedForOneNameMakesNoAgentOfThatName) {
+    const int64_t live = Library().Counter("agentsLive");
+    Library().SetResult("DspBuf", "CreateHvnDspAgent", -2147467259.0);
+    EXPECT_EQ(Library().Create("DspBuf"), nullptr);
+    IVXHvnDspAgent* main = Library().Create("DspMain");
+    ASSERT_NE(main, nullptr);
+    EXPECT_EQ(Library().Counter("agentsLive"), live + 1);
+    main->Release();
+    EXPECT_EQ(Library().Counter("agentsLive"), live);
+}
+
+TEST_F(AgentResults, AgentFailingEverythingIsStillMade) {
+    Library().SetResult("*", "*", -2147467259.0);
+    IVXHvnDspAgent* agent = Library().Create("DspMain");
+    ASSERT_NE(agent, nullptr);
+    EXPECT_EQ(agent->ClearTask(7), kResultFail);
+    agent->Release();
+}
+
 }  // namespace
 }  // namespace reftest
 }  // namespace pcg
