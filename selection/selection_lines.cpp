@@ -75,14 +75,23 @@ namespace plain {
 }  // namespace plain
 
 #if PCG_AVX2_KERNELS
+// clang ignores GCC's target pragma; its own form also reaches the lambdas.
+#if defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx2,popcnt,bmi,bmi2"))), apply_to = function)
+#else
 #pragma GCC push_options
 #pragma GCC target("avx2,popcnt,bmi,bmi2")
+#endif
 namespace avx2 {
 #define PCG_RUN_WORDS_AVX2 1
 #include "selection/run_scan_kernels.inc"
 #undef PCG_RUN_WORDS_AVX2
 }  // namespace avx2
+#if defined(__clang__)
+#pragma clang attribute pop
+#else
 #pragma GCC pop_options
+#endif
 #endif
 
 void CountRows(const RunScan& scan, int r0, int r1, int64_t* pCount, bool bVector) {
