@@ -4,9 +4,10 @@
 //
 // Distance: CIE76, the Euclidean distance in L*a*b*. A neighbour joins when
 // its distance to the seeds' mean is at most
-//     kBaseTolerance + min(spread, kMaxSpreadAllowance)
-// where spread is the root mean square distance of the seed pixels to their
-// mean: a stroke over a textured area accepts as much variation as it covers.
+//     kBaseTolerance + min(seedScatter, kMaxSpreadAllowance)
+// with seedScatter the root mean square distance of the seed pixels to
+// their mean colour: a stroke over a textured area accepts as much variation
+// as it covers.
 // Seeds are the pixels with dx^2 + dy^2 <= radius^2 (radius 0: the centre
 // alone) and always belong to the region. Growing is 4-connected; a global
 // stroke takes every pixel of the picture within the tolerance instead.
