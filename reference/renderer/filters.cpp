@@ -71,6 +71,21 @@ void AddToColours(uint8_t* pixels, int width, int height, int stride, const cv::
     });
 }
 
+// Calls f(luma, lowPass, delta) for every pixel of the three planes, with
+// the rows split over threads: the shape of every detail filter below.
+template <class PerPixel>
+void ForEachDetailPixel(const cv::Mat& luma, const cv::Mat& low, cv::Mat& delta, PerPixel f) {
+    const int width = luma.cols;
+    platform::ForEachSlice(luma.rows, 1 + kMinRowsPixels / width, [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            const float* l = luma.ptr<float>(y);
+            const float* b = low.ptr<float>(y);
+            float* d = delta.ptr<float>(y);
+            for (int x = 0; x < width; ++x) f(l[x], b[x], d[x]);
+        }
+    });
+}
+
 double Held(double v, double lo, double hi, double otherwise) {
     return std::isfinite(v) ? std::min(std::max(v, lo), hi) : otherwise;
 }
@@ -87,16 +102,9 @@ void LumaNoise(uint8_t* pixels, int width, int height, int stride, const GlobalS
     cv::Mat delta(height, width, CV_32F);
     const float amount = static_cast<float>(Held(s.dNoiseLumaAmount, 0.0, 100.0, 0.0) / 100.0);
     const float th = static_cast<float>((1.0 - 0.9 * Held(s.dNoiseLumaDetail, 0.0, 100.0, 50.0) / 100.0) * max / 10.0);
-    platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
-        for (int y = first; y < last; ++y) {
-            const float* l = luma.ptr<float>(y);
-            const float* m = smooth.ptr<float>(y);
-            float* d = delta.ptr<float>(y);
-            for (int x = 0; x < width; ++x) {
-                const float e = m[x] - l[x];
-                d[x] = amount * e * th * th / (th * th + e * e);
-            }
-        }
+    ForEachDetailPixel(luma, smooth, delta, [&](float l, float m, float& d) {
+        const float e = m - l;
+        d = amount * e * th * th / (th * th + e * e);
     });
     AddToColours<T>(pixels, width, height, stride, delta, max);
 }
@@ -143,42 +151,23 @@ void DetailFilters(uint8_t* pixels, int width, int height, int stride, const Glo
         const cv::Mat low = LowPass(luma, sigma);
         const float gain = static_cast<float>(Held(s.dGlowStrength, 0.0, 100.0, 0.0) / 100.0 / 2.0);
         const float pivot = static_cast<float>(max * (0.5 + Held(s.dGlowBalance, -100.0, 100.0, 0.0) / 200.0));
-        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
-            for (int y = first; y < last; ++y) {
-                const float* b = low.ptr<float>(y);
-                float* d = delta.ptr<float>(y);
-                for (int x = 0; x < width; ++x) d[x] += gain * (pivot - b[x]);
-            }
-        });
+        ForEachDetailPixel(luma, low, delta, [&](float, float b, float& d) { d += gain * (pivot - b); });
     }
     if (EdgeActive(s)) {
         const cv::Mat low = LowPass(luma, 1.0 + Held(s.dEdgeRadius, 0.0, 100.0, 0.0) / 10.0);
         const float gain = static_cast<float>(Held(s.dEdgeStrength, 0.0, 100.0, 0.0) / 100.0);
         const float balance = static_cast<float>(Held(s.dEdgeBalance, -100.0, 100.0, 0.0) / 100.0);
-        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
-            for (int y = first; y < last; ++y) {
-                const float* l = luma.ptr<float>(y);
-                const float* b = low.ptr<float>(y);
-                float* d = delta.ptr<float>(y);
-                for (int x = 0; x < width; ++x)
-                    d[x] += gain * (l[x] - b[x]) * (1.0f + balance * (2.0f * l[x] / max - 1.0f));
-            }
+        ForEachDetailPixel(luma, low, delta, [&](float l, float b, float& d) {
+            d += gain * (l - b) * (1.0f + balance * (2.0f * l / max - 1.0f));
         });
     }
     if (s.dClarity != 0.0) {
         const double sigma = std::max(2.0, std::min(width, height) / 50.0);
         const cv::Mat low = LowPass(luma, sigma);
         const float k = static_cast<float>(s.dClarity / 100.0);
-        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
-            for (int y = first; y < last; ++y) {
-                const float* l = luma.ptr<float>(y);
-                const float* b = low.ptr<float>(y);
-                float* d = delta.ptr<float>(y);
-                for (int x = 0; x < width; ++x) {
-                    const float centred = 2.0f * l[x] / max - 1.0f;
-                    d[x] += k * (l[x] - b[x]) * (1.0f - centred * centred);
-                }
-            }
+        ForEachDetailPixel(luma, low, delta, [&](float l, float b, float& d) {
+            const float centred = 2.0f * l / max - 1.0f;
+            d += k * (l - b) * (1.0f - centred * centred);
         });
     }
     if (s.dSharpAmount != 0.0) {
@@ -186,16 +175,9 @@ void DetailFilters(uint8_t* pixels, int width, int height, int stride, const Glo
         const cv::Mat low = LowPass(luma, sigma);
         const float gain = static_cast<float>(2.0 * s.dSharpAmount / 100.0);
         const float threshold = static_cast<float>(std::max(0.0, s.dSharpMask) / 100.0 * max / 10.0);
-        platform::ForEachSlice(height, 1 + kMinRowsPixels / width, [&](int first, int last) {
-            for (int y = first; y < last; ++y) {
-                const float* l = luma.ptr<float>(y);
-                const float* b = low.ptr<float>(y);
-                float* d = delta.ptr<float>(y);
-                for (int x = 0; x < width; ++x) {
-                    const float detail = l[x] - b[x];
-                    if (std::fabs(detail) >= threshold) d[x] += gain * detail;
-                }
-            }
+        ForEachDetailPixel(luma, low, delta, [&](float l, float b, float& d) {
+            const float detail = l - b;
+            if (std::fabs(detail) >= threshold) d += gain * detail;
         });
     }
     AddToColours<T>(pixels, width, height, stride, delta, max);
